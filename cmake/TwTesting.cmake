@@ -1,0 +1,37 @@
+# GoogleTest: the system package on Linux; on Windows the sources that
+# Debian's googletest package ships, built with the cross compiler.
+if(CMAKE_CROSSCOMPILING AND WIN32)
+  set(gtest_disable_pthreads OFF CACHE BOOL "" FORCE)
+  set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
+  set(BUILD_GMOCK OFF CACHE BOOL "" FORCE)
+  add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
+else()
+  find_package(GTest REQUIRED)
+endif()
+include(GoogleTest)
+
+# Under Wine, one wineserver lives for the whole CTest run; without it every
+# test pays for a server start.
+if(CMAKE_CROSSCOMPILING_EMULATOR)
+  add_test(NAME wineserver.start COMMAND ${CMAKE_CROSSCOMPILING_EMULATOR} --start-server)
+  add_test(NAME wineserver.stop COMMAND ${CMAKE_CROSSCOMPILING_EMULATOR} --stop-server)
+  set_tests_properties(wineserver.start PROPERTIES FIXTURES_SETUP wine TIMEOUT 120)
+  set_tests_properties(wineserver.stop PROPERTIES FIXTURES_CLEANUP wine TIMEOUT 60)
+endif()
+
+# tw_add_test(<target> LABELS <subsystem> [integration] SOURCES ... DEPENDS ...)
+function(tw_add_test target)
+  cmake_parse_arguments(ARG "" "" "LABELS;SOURCES;DEPENDS" ${ARGN})
+  add_executable(${target} ${ARG_SOURCES})
+  target_link_libraries(${target} PRIVATE ${ARG_DEPENDS} GTest::gtest_main GTest::gtest)
+  tw_warnings(${target})
+  tw_static_runtime(${target})
+  set(_props LABELS "${ARG_LABELS}" TIMEOUT 120)
+  if(CMAKE_CROSSCOMPILING_EMULATOR)
+    list(APPEND _props FIXTURES_REQUIRED wine)
+  endif()
+  gtest_discover_tests(${target}
+    DISCOVERY_MODE PRE_TEST
+    DISCOVERY_TIMEOUT 60
+    PROPERTIES ${_props})
+endfunction()

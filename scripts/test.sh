@@ -1,0 +1,74 @@
+#!/usr/bin/env bash
+# Builds Linux and Windows (run under Wine) and runs every test of both.
+#   --asan       also the Linux build with AddressSanitizer and UBSan
+#   --fuzz SECS  also build the fuzz targets and run each for SECS seconds
+# Ends with one line: "N passed, N failed".
+set -u
+cd "$(dirname "$0")/.."
+asan=0
+fuzz=0
+while [ $# -gt 0 ]; do
+  case "$1" in
+    --asan) asan=1 ;;
+    --fuzz) fuzz="${2:?--fuzz takes seconds}"; shift ;;
+    *) echo "usage: scripts/test.sh [--asan] [--fuzz SECONDS]" >&2; exit 2 ;;
+  esac
+  shift
+done
+
+scripts/setup.sh || { echo "setup failed"; echo "0 passed, 1 failed"; exit 1; }
+
+passed=0
+failed=0
+jobs=$(nproc)
+presets=(linux windows)
+[ "$asan" = 1 ] && presets+=(linux-asan)
+
+for preset in "${presets[@]}"; do
+  echo "== $preset"
+  if ! cmake --preset "$preset" >"build-$preset.log" 2>&1 || ! cmake --build --preset "$preset" -j "$jobs" >>"build-$preset.log" 2>&1; then
+    tail -40 "build-$preset.log"
+    echo "$preset: build failed"
+    failed=$((failed + 1))
+    continue
+  fi
+  rm -f "build-$preset.log"
+  out=$(ctest --preset "$preset" -j "$jobs" 2>&1)
+  echo "$out" | grep -E 'Failed|Not Run|Timeout|tests passed' || true
+  total=$(echo "$out" | sed -n 's/.*tests passed, \([0-9]*\) tests\? failed out of \([0-9]*\).*/\2/p')
+  bad=$(echo "$out" | sed -n 's/.*tests passed, \([0-9]*\) tests\? failed out of \([0-9]*\).*/\1/p')
+  if [ -z "$total" ]; then
+    echo "$out" | tail -20
+    failed=$((failed + 1))
+    continue
+  fi
+  passed=$((passed + total - bad))
+  failed=$((failed + bad))
+done
+
+if [ "$fuzz" != 0 ]; then
+  echo "== fuzz ($fuzz s each)"
+  if cmake --preset fuzz >build-fuzz.log 2>&1 && cmake --build --preset fuzz -j "$jobs" >>build-fuzz.log 2>&1; then
+    rm -f build-fuzz.log
+    for target in build/fuzz/fuzz/fuzz_*; do
+      [ -x "$target" ] || continue
+      name=$(basename "$target")
+      corpus="build/fuzz/corpus/$name"
+      mkdir -p "$corpus"
+      if "$target" -max_total_time="$fuzz" -max_len=4096 -rss_limit_mb=4096 "$corpus" >"build/fuzz/$name.log" 2>&1; then
+        echo "$name: clean"
+        passed=$((passed + 1))
+      else
+        tail -30 "build/fuzz/$name.log"
+        echo "$name: FAILED"
+        failed=$((failed + 1))
+      fi
+    done
+  else
+    tail -40 build-fuzz.log
+    failed=$((failed + 1))
+  fi
+fi
+
+echo "$passed passed, $failed failed"
+[ "$failed" = 0 ]

@@ -20,10 +20,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   bool valid = LcUString::UTF8ToUTF16(terminated, -1, wide);
 
   if (valid) {
-    // Valid text survives the way back byte for byte.
+    // Valid text survives the way back and forth unit for unit (encoded
+    // surrogates may come back as one four-byte sequence).
     LcUStringA back;
     LcUString::UTF16ToUTF8(wide.Get(), back, true);
-    if (std::strcmp(back.Get(), terminated) != 0) std::abort();
+    LcUString again;
+    if (!LcUString::UTF8ToUTF16(back.Get(), -1, again) || !(again == wide)) std::abort();
   }
 
   LcUString strict;

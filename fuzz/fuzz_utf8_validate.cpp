@@ -1,5 +1,4 @@
-// IsValidUTF8 on arbitrary bytes answers as the decoder does, and is true
-// exactly when no sequence needs replacing.
+// IsValidUTF8 on arbitrary bytes answers as the decoder does.
 #include <cstdlib>
 #include <string>
 
@@ -11,8 +10,5 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   bool valid = LcUString::IsValidUTF8(text.c_str());
   LcUString decoded;
   if (valid != LcUString::UTF8ToUTF16(text.c_str(), -1, decoded)) std::abort();
-  if (valid)
-    for (int32_t i = 0; i < decoded.Length(); ++i)
-      if (decoded[i] == 0xFFFD) std::abort();
   return 0;
 }

@@ -4,7 +4,8 @@
 
 #include "foundation/LcUSysErrorState.h"
 
-LcUComponent LcUSysError::component;
+// Named from the start: reports made before it is up still say whose.
+LcUComponent LcUSysError::component = {"LcUSysError", 0, nullptr, nullptr, nullptr, {}, nullptr};
 LcUSysErrorState sysErrorState;
 
 namespace {

@@ -31,8 +31,8 @@ struct LcUSysErrorState {
   LcUFatalHook fatalHook = nullptr;
   LcUExitHook exitHook = nullptr;
 
-  // The first buffer is filled once and kept; the second runs as a ring.
   std::atomic<bool> lockReady{false};
+  // The first buffer is filled once and kept; the second runs as a ring.
   char firstBuffer[eBUFFER_SIZE] = {};
   char ring[eBUFFER_SIZE] = {};
   bool inRing = false;

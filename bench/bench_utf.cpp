@@ -4,10 +4,10 @@
 #include <iconv.h>
 
 #include <cstdio>
-#include <map>
 #include <string>
 #include <vector>
 
+#include "BenchRatioReporter.h"
 #include "foundation/LcUString.h"
 
 namespace {
@@ -93,32 +93,6 @@ void IconvToUTF8(benchmark::State& state, Case c) {
            text.size() * 3 + 16);
 }
 
-// Collects bytes per second by name so the ratios can be printed last.
-class RatioReporter : public benchmark::ConsoleReporter {
-public:
-  void ReportRuns(const std::vector<Run>& runs) override {
-    for (const Run& run : runs) {
-      auto it = run.counters.find("bytes_per_second");
-      if (it != run.counters.end()) rates_[run.benchmark_name()] = it->second.value;
-    }
-    ConsoleReporter::ReportRuns(runs);
-  }
-  void PrintRatios() const {
-    std::printf("\nratio (ours / iconv, throughput):\n");
-    for (const char* direction : {"UTF8ToUTF16", "UTF16ToUTF8"}) {
-      for (const Case& c : kCases) {
-        std::string suffix = std::string(direction) + "/" + c.name;
-        auto ours = rates_.find("ours/" + suffix);
-        auto peer = rates_.find("iconv/" + suffix);
-        if (ours == rates_.end() || peer == rates_.end() || peer->second <= 0) continue;
-        std::printf("  %-24s %6.2fx\n", suffix.c_str(), ours->second / peer->second);
-      }
-    }
-  }
-
-private:
-  std::map<std::string, double> rates_;
-};
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -130,9 +104,12 @@ int main(int argc, char** argv) {
     benchmark::RegisterBenchmark(("iconv/UTF16ToUTF8/" + name).c_str(), IconvToUTF8, c);
   }
   benchmark::Initialize(&argc, argv);
-  RatioReporter reporter;
+  std::vector<std::string> cases;
+  for (const char* direction : {"UTF8ToUTF16/", "UTF16ToUTF8/"})
+    for (const Case& c : kCases) cases.push_back(direction + std::string(c.name));
+  BenchRatioReporter reporter("iconv", "bytes_per_second");
   benchmark::RunSpecifiedBenchmarks(&reporter);
-  reporter.PrintRatios();
+  reporter.PrintRatios(cases);
   benchmark::Shutdown();
   return 0;
 }

@@ -1,0 +1,37 @@
+#pragma once
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <map>
+#include <string>
+#include <vector>
+
+// Collects each run's throughput by name and prints last, for every case,
+// the ratio of "ours/<case>" to "<peer>/<case>" measured in the same run.
+class BenchRatioReporter : public benchmark::ConsoleReporter {
+public:
+  BenchRatioReporter(std::string peer, std::string counter) : peer_(std::move(peer)), counter_(std::move(counter)) {}
+
+  void ReportRuns(const std::vector<Run>& runs) override {
+    for (const Run& run : runs) {
+      auto it = run.counters.find(counter_);
+      if (it != run.counters.end()) rates_[run.benchmark_name()] = it->second.value;
+    }
+    ConsoleReporter::ReportRuns(runs);
+  }
+
+  void PrintRatios(const std::vector<std::string>& cases) const {
+    std::printf("\nratio (ours / %s, throughput):\n", peer_.c_str());
+    for (const std::string& name : cases) {
+      auto ours = rates_.find("ours/" + name);
+      auto peer = rates_.find(peer_ + "/" + name);
+      if (ours == rates_.end() || peer == rates_.end() || peer->second <= 0) continue;
+      std::printf("  %-28s %6.2fx\n", name.c_str(), ours->second / peer->second);
+    }
+  }
+
+private:
+  std::string peer_;
+  std::string counter_;
+  std::map<std::string, double> rates_;
+};

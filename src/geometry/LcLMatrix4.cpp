@@ -1,0 +1,72 @@
+#include "geometry/LcLMatrix4.h"
+
+#include "geometry/LcLLUDecomposition.h"
+#include "geometry/LcLMatrix.h"
+#include "geometry/LcLWarning.h"
+
+LcLMatrix4::LcLMatrix4(const LcLMatrix3& linear, const LcLVector3f& translation) {
+  for (int r = 0; r < 3; ++r) {
+    for (int c = 0; c < 3; ++c) m[r][c] = linear.m[r][c];
+    m[r][3] = 0.0;
+  }
+  m[3][0] = translation.x;
+  m[3][1] = translation.y;
+  m[3][2] = translation.z;
+  m[3][3] = 1.0;
+}
+
+LcLMatrix4 LcLMatrix4::Perspective(double l, double r, double b, double t, double n, double f) {
+  // The inverse of the frustum projection: w carries 1 / depth.
+  return LcLMatrix4({{(r - l) / (2.0 * n), 0.0, 0.0, 0.0},
+                     {0.0, (t - b) / (2.0 * n), 0.0, 0.0},
+                     {0.0, 0.0, 0.0, -(f - n) / (2.0 * f * n)},
+                     {(r + l) / (2.0 * n), (t + b) / (2.0 * n), -1.0, (f + n) / (2.0 * f * n)}});
+}
+
+LcLMatrix4 LcLMatrix4::Orthographic(double l, double r, double b, double t, double n, double f) {
+  return LcLMatrix4({{(r - l) * 0.5, 0.0, 0.0, 0.0},
+                     {0.0, (t - b) * 0.5, 0.0, 0.0},
+                     {0.0, 0.0, -(f - n) * 0.5, 0.0},
+                     {(r + l) * 0.5, (t + b) * 0.5, -(f + n) * 0.5, 1.0}});
+}
+
+LcLMatrix3 LcLMatrix4::Linear() const {
+  return LcLMatrix3({{m[0][0], m[0][1], m[0][2]}, {m[1][0], m[1][1], m[1][2]}, {m[2][0], m[2][1], m[2][2]}});
+}
+
+double LcLMatrix4::Determinant() const {
+  // Laplace expansion by the 2 x 2 minors of the first two and last two rows.
+  double s0 = m[0][0] * m[1][1] - m[1][0] * m[0][1];
+  double s1 = m[0][0] * m[1][2] - m[1][0] * m[0][2];
+  double s2 = m[0][0] * m[1][3] - m[1][0] * m[0][3];
+  double s3 = m[0][1] * m[1][2] - m[1][1] * m[0][2];
+  double s4 = m[0][1] * m[1][3] - m[1][1] * m[0][3];
+  double s5 = m[0][2] * m[1][3] - m[1][2] * m[0][3];
+  double c5 = m[2][2] * m[3][3] - m[3][2] * m[2][3];
+  double c4 = m[2][1] * m[3][3] - m[3][1] * m[2][3];
+  double c3 = m[2][1] * m[3][2] - m[3][1] * m[2][2];
+  double c2 = m[2][0] * m[3][3] - m[3][0] * m[2][3];
+  double c1 = m[2][0] * m[3][2] - m[3][0] * m[2][2];
+  double c0 = m[2][0] * m[3][1] - m[3][0] * m[2][1];
+  return s0 * c5 - s1 * c4 + s2 * c3 + s3 * c2 - s4 * c1 + s5 * c0;
+}
+
+bool LcLMatrix4::GetInverse(LcLMatrix4& inverse) const {
+  if (IsIdentity()) {
+    inverse = LcLMatrix4();
+    return true;
+  }
+  LcLMatrix3 linear;
+  if (IsAffine() && Linear().GetDirectInverse(linear)) {
+    inverse = LcLMatrix4(linear, -linear.Transform(Translation()));
+    return true;
+  }
+  LcLLUDecomposition<4> lu;
+  if (lu.Decompose(m)) {
+    lu.Invert(inverse.m);
+    return true;
+  }
+  LcLWarning::Post(&LcLMatrix::component, 3, this, "Singular Matrix");
+  inverse = LcLMatrix4();
+  return false;
+}

@@ -1,0 +1,6 @@
+#include "addin/CTWVeerbackGlfModule.h"
+
+CTWVeerbackGlfModule& CTWVeerbackGlfModule::Get() {
+  static CTWVeerbackGlfModule module;
+  return module;
+}

@@ -1,0 +1,13 @@
+#pragma once
+#include "addin/LcGlfCom.h"
+
+// Coercion of automation values between the types the host calls use.
+class LcGlfVariant {
+public:
+  // Converts value in place to type (VT_DISPATCH, VT_BOOL, VT_I4, VT_R8,
+  // VT_BSTR or VT_VARIANT for any); by-reference values are read through.
+  // DISP_E_TYPEMISMATCH leaves value cleared.
+  static HRESULT ChangeType(VARIANT& value, VARTYPE type);
+  // A copy holding its own references, for values the caller must not disturb.
+  static void Copy(const VARIANT& from, VARIANT& to);
+};

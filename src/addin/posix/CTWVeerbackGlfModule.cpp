@@ -1,0 +1,45 @@
+#include "addin/CTWVeerbackGlfModule.h"
+
+#include <dlfcn.h>
+#include <limits.h>
+#include <stdlib.h>
+
+#include "foundation/LcUString.h"
+
+uint32_t CTWVeerbackGlfModule::GetModuleFileName(char16_t* buffer, uint32_t size) const {
+  if (!buffer || size == 0) return 0;
+  // The shared object (or program) holding this code.
+  Dl_info info;
+  char resolved[PATH_MAX];
+  if (!dladdr(reinterpret_cast<const void*>(&CTWVeerbackGlfModule::Get), &info) || !info.dli_fname ||
+      !realpath(info.dli_fname, resolved))
+    return 0;
+  LcUString path;
+  if (!LcUString::UTF8ToUTF16(resolved, -1, path)) return 0;
+  // As on Windows: a path that doesn't fit is cut, terminated, and answered with size.
+  uint32_t length = uint32_t(path.Length());
+  uint32_t copy = length < size ? length : size - 1;
+  for (uint32_t i = 0; i < copy; ++i) buffer[i] = path[int32_t(i)];
+  buffer[copy] = 0;
+  return length < size ? length : size;
+}
+
+// Registration goes into the registry store, which Linux gains with the
+// registry component; until then there is nothing to register into.
+HRESULT CTWVeerbackGlfModule::RegisterServer() {
+  return E_NOTIMPL;
+}
+
+HRESULT CTWVeerbackGlfModule::UnregisterServer() {
+  return E_NOTIMPL;
+}
+
+// Linux has no type libraries: callers bind by the dispatch identifiers.
+HRESULT CTWVeerbackGlfModule::GetTypeInfo(ITypeInfo** info) {
+  *info = nullptr;
+  return TYPE_E_LIBNOTREGISTERED;
+}
+
+bool CTWVeerbackGlfModule::HasTypeInfo() {
+  return false;
+}

@@ -1,0 +1,3 @@
+#include "addin/LcGlfHostWindow.h"
+
+void LcGlfHostWindow::BringToFront(int32_t) {}

@@ -1,4 +1,5 @@
 #include <errno.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -8,18 +9,32 @@
 #include "addin/posix/LcOmTrackBackSocket.h"
 #include "environment/posix/LcUSysPath.h"
 
+namespace {
+constexpr int kDeliveryTimeoutMs = 30000;
+}
+
 LcOmTrackBackSender::Result LcOmTrackBackSender::Deliver() {
   sockaddr_un address;
   socklen_t length = 0;
   if (!LcOmTrackBackSocket::GetAddress(LcOmTrackBackChannel::kWindowTitle, address, length)) return eNO_LISTENER;
   int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
   if (fd < 0) return eNO_LISTENER;
+  // An address of our own (autobound) lets the listener answer once the
+  // message has been handled, as SendMessage returns then.
+  sa_family_t family = AF_UNIX;
+  bool bound = bind(fd, reinterpret_cast<const sockaddr*>(&family), sizeof(family)) == 0;
   uint32_t message = LcOmTrackBackSocket::RegisterMessage(LcOmTrackBackChannel::kMessageName);
-  // A bound socket with no reader still takes the datagram: it waits in the
-  // queue for the host's loop, which is as far as delivery goes here.
-  ssize_t sent = sendto(fd, &message, sizeof(message), 0, reinterpret_cast<const sockaddr*>(&address), length);
+  Result result = eNO_LISTENER;
+  if (bound && sendto(fd, &message, sizeof(message), 0, reinterpret_cast<const sockaddr*>(&address), length) ==
+                   ssize_t(sizeof(message))) {
+    pollfd answer = {fd, POLLIN, 0};
+    uint32_t reply = 0;
+    if (poll(&answer, 1, kDeliveryTimeoutMs) == 1 && recv(fd, &reply, sizeof(reply), 0) == ssize_t(sizeof(reply)) &&
+        reply == message)
+      result = eTAKEN;
+  }
   close(fd);
-  return sent == ssize_t(sizeof(message)) ? eTAKEN : eNO_LISTENER;
+  return result;
 }
 
 bool LcOmTrackBackSender::IsListenerRunning() {

@@ -43,9 +43,18 @@ LcOmWin32TrackBackReceiver* LcOmWin32TrackBackReceiver::GetCurrent() {
 void LcOmWin32TrackBackReceiver::DispatchPending() {
   while (current && current->listener >= 0) {
     uint32_t message = 0;
-    ssize_t n = recv(current->listener, &message, sizeof(message), 0);
+    sockaddr_un sender;
+    socklen_t senderLength = sizeof(sender);
+    ssize_t n = recvfrom(current->listener, &message, sizeof(message), 0, reinterpret_cast<sockaddr*>(&sender),
+                         &senderLength);
     if (n < 0) break;
-    if (n == sizeof(message) && message == current->messageId) current->Receive();
+    if (n != sizeof(message) || message != current->messageId) continue;
+    int listener = current->listener;
+    current->Receive();
+    // As a sent window message returns to its sender once handled.
+    if (senderLength > sizeof(sa_family_t))
+      sendto(listener, &message, sizeof(message), MSG_DONTWAIT, reinterpret_cast<const sockaddr*>(&sender),
+             senderLength);
   }
 }
 

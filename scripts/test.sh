@@ -48,7 +48,7 @@ done
 
 if [ "$fuzz" != 0 ]; then
   echo "== fuzz ($fuzz s each)"
-  if cmake --preset fuzz >build-fuzz.log 2>&1 && cmake --build --preset fuzz -j "$jobs" >>build-fuzz.log 2>&1; then
+  if cmake --preset fuzz >build-fuzz.log 2>&1 && cmake --build --preset fuzz -j "$jobs" --target fuzzers >>build-fuzz.log 2>&1; then
     rm -f build-fuzz.log
     for target in build/fuzz/fuzz/fuzz_*; do
       [ -x "$target" ] || continue

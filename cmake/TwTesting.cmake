@@ -27,7 +27,10 @@ function(tw_add_test target)
   target_link_libraries(${target} PRIVATE ${ARG_DEPENDS} GTest::gtest_main GTest::gtest)
   tw_warnings(${target})
   tw_static_runtime(${target})
-  set(_props LABELS "${ARG_LABELS}" TIMEOUT 120)
+  # Labels go on the directory: a list inside the properties handed to the
+  # discovered tests would be flattened into property names.
+  set_property(DIRECTORY APPEND PROPERTY LABELS ${ARG_LABELS})
+  set(_props TIMEOUT 120)
   if(ARG_RESOURCE_LOCK)
     list(APPEND _props RESOURCE_LOCK ${ARG_RESOURCE_LOCK})
   endif()

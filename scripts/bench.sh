@@ -1,11 +1,40 @@
 #!/usr/bin/env bash
-# Builds the Linux preset and runs every benchmark; each prints its ratio to its peer.
+# Every benchmark; each prints its ratio to its peer measured in the same run.
+#   UTF-8/UTF-16 conversion against iconv, geometry against Eigen (Linux),
+#   and the Veerback's round trip in hostsim against the bare round trip,
+#   natively and under Wine.
 set -eu
 cd "$(dirname "$0")/.."
 scripts/setup.sh
 cmake --preset linux >/dev/null
-cmake --build --preset linux --target bench_utf bench_geometry
+cmake --build --preset linux --target bench_utf bench_geometry bench_veerback twveerbackglf hostsim veerback >/dev/null
+cmake --preset windows >/dev/null
+cmake --build --preset windows --target bench_veerback twveerbackglf hostsim veerback >/dev/null
+
 for bench in build/linux/bench/bench_utf build/linux/bench/bench_geometry; do
   echo "== $(basename "$bench")"
-  "$bench" "$@"
+  "$bench" --benchmark_min_time=0.5
+done
+
+. scripts/hostsim-lib.sh
+rounds=${ROUNDS:-1000}
+for platform in linux windows; do
+  echo
+  echo "== Veerback round trip, $platform ($rounds messages each)"
+  hostsim_setup "$platform"
+  bench="$build/bench/bench_veerback$exe"
+  # The full Veerback: an open assembly, its camera and a three-level item path.
+  hostsim_start
+  full=$(run "$bench" "$rounds" 'C:\Models\Gearbox.gam' 'Shaft:1|Gear:1|Tooth:1' | tr -d '\r')
+  hostsim_stop
+  # The same message to a handler that stops at its first host call.
+  hostsim_start --fail ApplicationMainWindow=0x80004005
+  bare=$(run "$bench" "$rounds" 'C:\Models\Gearbox.gam' 'Shaft:1|Gear:1|Tooth:1' | tr -d '\r')
+  hostsim_stop
+  hostsim_teardown
+  set -- $full $bare
+  echo "  full Veerback: median $1 us, p99 $2 us"
+  echo "  bare message:  median $3 us, p99 $4 us"
+  awk -v fm="$1" -v fp="$2" -v bm="$3" -v bp="$4" \
+    'BEGIN { printf "  ratio (full / bare): median %.2fx, p99 %.2fx\n", fm / bm, fp / bp }'
 done

@@ -1,5 +1,6 @@
 #include "addin/LcGlfHostCall.h"
 
+#include "addin/LcGlfErrorInfo.h"
 #include "addin/LcGlfVariant.h"
 
 HRESULT LcGlfHostCall::Invoke(IDispatch* object, DISPID id, WORD kind, VARTYPE resultType, VARIANT* result,
@@ -22,6 +23,7 @@ HRESULT LcGlfHostCall::Invoke(IDispatch* object, DISPID id, WORD kind, VARTYPE r
   EXCEPINFO exception = {};
   UINT argError = 0;
   HRESULT hr = object->Invoke(id, IID_NULL, 0, kind, &params, result ? &answer : nullptr, &exception, &argError);
+  if (hr == DISP_E_EXCEPTION) LcGlfErrorInfo::Store(exception);
   SysFreeString(exception.bstrSource);
   SysFreeString(exception.bstrDescription);
   SysFreeString(exception.bstrHelpFile);

@@ -91,3 +91,48 @@ void LcGlfVariant::Copy(const VARIANT& from, VARIANT& to) {
   if ((to.vt == VT_DISPATCH || to.vt == VT_UNKNOWN) && to.punkVal) to.punkVal->AddRef();
   if (to.vt == VT_BSTR && to.bstrVal) to.bstrVal = SysAllocStringLen(to.bstrVal, SysStringLen(to.bstrVal));
 }
+
+namespace {
+VARIANT Typed(VARTYPE type) {
+  VARIANT v;
+  VariantInit(&v);
+  v.vt = type;
+  return v;
+}
+}  // namespace
+
+VARIANT LcGlfVariant::Bool(bool value) {
+  VARIANT v = Typed(VT_BOOL);
+  v.boolVal = value ? VARIANT_TRUE : VARIANT_FALSE;
+  return v;
+}
+
+VARIANT LcGlfVariant::I4(LONG value) {
+  VARIANT v = Typed(VT_I4);
+  v.lVal = value;
+  return v;
+}
+
+VARIANT LcGlfVariant::Double(double value) {
+  VARIANT v = Typed(VT_R8);
+  v.dblVal = value;
+  return v;
+}
+
+VARIANT LcGlfVariant::Dispatch(IDispatch* value) {
+  VARIANT v = Typed(VT_DISPATCH);
+  v.pdispVal = value;
+  return v;
+}
+
+VARIANT LcGlfVariant::DoubleRef(double* value) {
+  VARIANT v = Typed(VT_R8 | VT_BYREF);
+  v.pdblVal = value;
+  return v;
+}
+
+VARIANT LcGlfVariant::DispatchRef(IDispatch** value) {
+  VARIANT v = Typed(VT_DISPATCH | VT_BYREF);
+  v.ppdispVal = value;
+  return v;
+}

@@ -10,4 +10,12 @@ public:
   static HRESULT ChangeType(VARIANT& value, VARTYPE type);
   // A copy holding its own references, for values the caller must not disturb.
   static void Copy(const VARIANT& from, VARIANT& to);
+
+  // Plain values to pass; they hold no references.
+  static VARIANT Bool(bool value);
+  static VARIANT I4(LONG value);
+  static VARIANT Double(double value);
+  static VARIANT Dispatch(IDispatch* value);
+  static VARIANT DoubleRef(double* value);
+  static VARIANT DispatchRef(IDispatch** value);
 };

@@ -1,0 +1,105 @@
+#include "HostSimOptions.h"
+
+#include <cctype>
+#include <cmath>
+#include <cstdlib>
+
+const char* const HostSimOptions::kUsage =
+    "usage: hostsim [--model FILE] [--addin PATH] [--clsid {GUID}] [--journal FILE|-]\n"
+    "               [--state] [--state-file FILE] [--fail ROLE[.get|.put|.method][@N]=0xHHHHHHHH|null]...\n"
+    "               [--quit-after N] [--quit-file PATH] [--timeout SECONDS]\n"
+    "  --model       the model file; the built-in model without it\n"
+    "  --addin       Linux: the add-in module; without it twveerbackglf.so beside hostsim,\n"
+    "                in ../lib, or in the build tree's src/addin\n"
+    "  --clsid       the add-in's class; on Windows without it the first registered add-in\n"
+    "                of the host's category that loads on start-up\n"
+    "  --journal     every call the host receives, one line each\n"
+    "  --state       print the host's state on exit\n"
+    "  --state-file  rewrite the state into FILE after every message handled, and on exit\n"
+    "  --fail        make a role fail with that HRESULT (or give null), on every call or the Nth\n"
+    "  --quit-after  stop after N TrackBack messages\n"
+    "  --quit-file   stop once PATH exists\n"
+    "  --timeout     stop after SECONDS with exit code 3\n"
+    "exit codes: 0 stopped as asked, 1 bad command line or model, 2 no add-in, 3 timeout\n";
+
+namespace {
+bool ReadGuid(const std::string& text, GUID& guid) {
+  // {XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}
+  static const char kShape[] = "{........-....-....-....-............}";
+  if (text.size() != sizeof(kShape) - 1) return false;
+  std::string hex;
+  for (size_t i = 0; i < text.size(); ++i) {
+    if (kShape[i] != '.') {
+      if (text[i] != kShape[i]) return false;
+    } else if (!std::isxdigit(static_cast<unsigned char>(text[i]))) {
+      return false;
+    } else {
+      hex += text[i];
+    }
+  }
+  auto field = [&](size_t at, size_t digits) { return std::strtoul(hex.substr(at, digits).c_str(), nullptr, 16); };
+  guid.Data1 = uint32_t(field(0, 8));
+  guid.Data2 = uint16_t(field(8, 4));
+  guid.Data3 = uint16_t(field(12, 4));
+  for (size_t i = 0; i < 8; ++i) guid.Data4[i] = uint8_t(field(16 + 2 * i, 2));
+  return true;
+}
+
+bool ReadPositive(const std::string& text, double& value) {
+  char* end = nullptr;
+  value = std::strtod(text.c_str(), &end);
+  return !text.empty() && !*end && std::isfinite(value) && value > 0;
+}
+}  // namespace
+
+bool HostSimOptions::Parse(int argc, char** argv, HostSimOptions& options, std::string& error) {
+  for (int i = 1; i < argc; ++i) {
+    std::string option = argv[i];
+    if (option == "--help" || option == "-h") {
+      options.help = true;
+      return false;
+    }
+    if (option == "--state") {
+      options.state = true;
+      continue;
+    }
+    std::string* text = option == "--model"        ? &options.model
+                        : option == "--addin"      ? &options.addin
+                        : option == "--journal"    ? &options.journal
+                        : option == "--state-file" ? &options.stateFile
+                        : option == "--quit-file"  ? &options.quitFile
+                                                   : nullptr;
+    bool valued = text || option == "--clsid" || option == "--fail" || option == "--quit-after" ||
+                  option == "--timeout";
+    if (!valued) {
+      error = "unknown option \"" + option + "\"";
+      return false;
+    }
+    if (i + 1 >= argc || !*argv[i + 1]) {
+      error = option + " wants a value";
+      return false;
+    }
+    std::string value = argv[++i];
+    double number = 0;
+    if (text) {
+      *text = value;
+    } else if (option == "--fail") {
+      options.failures.push_back(value);
+    } else if (option == "--clsid") {
+      options.haveClsid = ReadGuid(value, options.clsid);
+      if (!options.haveClsid) {
+        error = "--clsid wants {XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}, not \"" + value + "\"";
+        return false;
+      }
+    } else if (!ReadPositive(value, number) ||
+               (option == "--quit-after" && (number != std::floor(number) || number > 1e9))) {
+      error = option + " wants a positive " + (option == "--timeout" ? "number" : "count") + ", not \"" + value + "\"";
+      return false;
+    } else if (option == "--quit-after") {
+      options.quitAfter = long(number);
+    } else {
+      options.timeout = number;
+    }
+  }
+  return true;
+}

@@ -233,19 +233,19 @@ int32_t FormatImpl(Unit* target, int32_t capacity, const Unit* format, va_list a
       continue;
     }
     // Numbers go through the C library with a rebuilt narrow specifier.
-    char spec[48];
-    int n = std::snprintf(spec, sizeof(spec), "%%%s", flags);
-    if (width >= 0) n += std::snprintf(spec + n, sizeof(spec) - size_t(n), "%lld", (long long)width);
-    if (precision >= 0) n += std::snprintf(spec + n, sizeof(spec) - size_t(n), ".%lld", (long long)precision);
+    char directive[48];
+    int n = std::snprintf(directive, sizeof(directive), "%%%s", flags);
+    if (width >= 0) n += std::snprintf(directive + n, sizeof(directive) - size_t(n), "%lld", (long long)width);
+    if (precision >= 0) n += std::snprintf(directive + n, sizeof(directive) - size_t(n), ".%lld", (long long)precision);
     char text[512];
     char* big = nullptr;
     int written = -1;
     auto emit = [&](auto value, const char* length) {
-      std::snprintf(spec + n, sizeof(spec) - size_t(n), "%s%c", length, char(conv));
-      written = std::snprintf(text, sizeof(text), spec, value);
+      std::snprintf(directive + n, sizeof(directive) - size_t(n), "%s%c", length, char(conv));
+      written = std::snprintf(text, sizeof(text), directive, value);
       if (written >= int(sizeof(text))) {
         big = static_cast<char*>(std::malloc(size_t(written) + 1));
-        if (big) std::snprintf(big, size_t(written) + 1, spec, value);
+        if (big) std::snprintf(big, size_t(written) + 1, directive, value);
       }
     };
     switch (conv) {

@@ -34,7 +34,7 @@ for preset in "${presets[@]}"; do
   fi
   rm -f "build-$preset.log"
   out=$(ctest --preset "$preset" -j "$jobs" 2>&1)
-  echo "$out" | grep -E 'Failed|Not Run|Timeout|tests passed' || true
+  echo "$out" | grep -E 'tests passed|\((Failed|Timeout|Not Run|SEGFAULT|Exception)\)' || true
   total=$(echo "$out" | sed -n 's/.*tests passed, \([0-9]*\) tests\? failed out of \([0-9]*\).*/\2/p')
   bad=$(echo "$out" | sed -n 's/.*tests passed, \([0-9]*\) tests\? failed out of \([0-9]*\).*/\1/p')
   if [ -z "$total" ]; then

@@ -157,6 +157,12 @@ TEST_F(Veerback, TheFailureTable) {
       {"item name not found", "", kGearbox, "Nowhere:9", {"SelectSetClear", "OccurrencesItemByName(\"Nowhere:9\") -> 0x"},
        {"SelectSetSelect"}},
       {"item file empty", "", kGearbox, "", {"SelectSetClear"}, {"SelectSetSelect", "OccurrencesItemByName"}},
+      // Raised, not returned: a null select set where the whole document is
+      // to be selected, and the raising read of the transient factory.
+      {"select set null, whole document", "DocumentSelectSet=null", kGearbox, nullptr, {"AssemblyDefinition()"},
+       {"SelectSetClear", "SelectSetSelect"}},
+      {"transient factory", "ApplicationTransientFactory=0x80004005", u"C:\\Models\\Pump.gam", nullptr,
+       {"ApplicationTransientFactory() -> 0x80004005"}, {"DocumentsOpen", "ApplicationModeFlag(-1)", "CameraApply"}},
   };
   for (const Case& c : cases) {
     Start(c.failure[0] ? std::string("fail ") + c.failure + "\n" : "");

@@ -1,17 +1,20 @@
 #!/usr/bin/env bash
 # Builds Linux and Windows (run under Wine) and runs every test of both.
 #   --asan       also the Linux build with AddressSanitizer and UBSan
+#   --tsan       also the foundation's tests (locks, threads, queues) under ThreadSanitizer
 #   --fuzz SECS  also build the fuzz targets and run each for SECS seconds
 # Ends with one line: "N passed, N failed".
 set -u
 cd "$(dirname "$0")/.."
 asan=0
+tsan=0
 fuzz=0
 while [ $# -gt 0 ]; do
   case "$1" in
     --asan) asan=1 ;;
+    --tsan) tsan=1 ;;
     --fuzz) fuzz="${2:?--fuzz takes seconds}"; shift ;;
-    *) echo "usage: scripts/test.sh [--asan] [--fuzz SECONDS]" >&2; exit 2 ;;
+    *) echo "usage: scripts/test.sh [--asan] [--tsan] [--fuzz SECONDS]" >&2; exit 2 ;;
   esac
   shift
 done
@@ -23,17 +26,25 @@ failed=0
 jobs=$(nproc)
 presets=(linux windows)
 [ "$asan" = 1 ] && presets+=(linux-asan)
+[ "$tsan" = 1 ] && presets+=(linux-tsan)
 
 for preset in "${presets[@]}"; do
   echo "== $preset"
-  if ! cmake --preset "$preset" >"build-$preset.log" 2>&1 || ! cmake --build --preset "$preset" -j "$jobs" >>"build-$preset.log" 2>&1; then
+  # Under ThreadSanitizer only the foundation's threads are of interest.
+  targets=()
+  labels=()
+  if [ "$preset" = linux-tsan ]; then
+    targets=(--target foundation_tests foundation_log_allocation_tests)
+    labels=(-L foundation)
+  fi
+  if ! cmake --preset "$preset" >"build-$preset.log" 2>&1 || ! cmake --build --preset "$preset" -j "$jobs" "${targets[@]}" >>"build-$preset.log" 2>&1; then
     tail -40 "build-$preset.log"
     echo "$preset: build failed"
     failed=$((failed + 1))
     continue
   fi
   rm -f "build-$preset.log"
-  out=$(ctest --preset "$preset" -j "$jobs" 2>&1)
+  out=$(ctest --preset "$preset" -j "$jobs" "${labels[@]}" 2>&1)
   echo "$out" | grep -E 'tests passed|\((Failed|Timeout|Not Run|SEGFAULT|Exception)\)' || true
   total=$(echo "$out" | sed -n 's/.*tests passed, \([0-9]*\) tests\? failed out of \([0-9]*\).*/\2/p')
   bad=$(echo "$out" | sed -n 's/.*tests passed, \([0-9]*\) tests\? failed out of \([0-9]*\).*/\1/p')

@@ -15,6 +15,9 @@ namespace {
 std::atomic<long> allocations{0};
 }
 
+// These are the allocation functions, so free pairs with their malloc.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
 void* operator new(std::size_t size) {
   ++allocations;
   if (void* p = std::malloc(size ? size : 1)) return p;
@@ -26,6 +29,7 @@ void operator delete(void* p) noexcept {
 void operator delete(void* p, std::size_t) noexcept {
   std::free(p);
 }
+#pragma GCC diagnostic pop
 
 TEST(LogAllocation, WritingWrappingAndReplayingAllocateNothing) {
   LcUSysError::InitSysError();

@@ -4,17 +4,6 @@
 #include "geometry/LcLMatrix.h"
 #include "geometry/LcLWarning.h"
 
-LcLMatrix4::LcLMatrix4(const LcLMatrix3& linear, const LcLVector3f& translation) {
-  for (int r = 0; r < 3; ++r) {
-    for (int c = 0; c < 3; ++c) m[r][c] = linear.m[r][c];
-    m[r][3] = 0.0;
-  }
-  m[3][0] = translation.x;
-  m[3][1] = translation.y;
-  m[3][2] = translation.z;
-  m[3][3] = 1.0;
-}
-
 LcLMatrix4 LcLMatrix4::Perspective(double l, double r, double b, double t, double n, double f) {
   // The inverse of the frustum projection: w carries 1 / depth.
   return LcLMatrix4({{(r - l) / (2.0 * n), 0.0, 0.0, 0.0},
@@ -28,10 +17,6 @@ LcLMatrix4 LcLMatrix4::Orthographic(double l, double r, double b, double t, doub
                      {0.0, (t - b) * 0.5, 0.0, 0.0},
                      {0.0, 0.0, -(f - n) * 0.5, 0.0},
                      {(r + l) * 0.5, (t + b) * 0.5, -(f + n) * 0.5, 1.0}});
-}
-
-LcLMatrix3 LcLMatrix4::Linear() const {
-  return LcLMatrix3({{m[0][0], m[0][1], m[0][2]}, {m[1][0], m[1][1], m[1][2]}, {m[2][0], m[2][1], m[2][2]}});
 }
 
 double LcLMatrix4::Determinant() const {
@@ -56,16 +41,20 @@ bool LcLMatrix4::GetInverse(LcLMatrix4& inverse) const {
     inverse = LcLMatrix4();
     return true;
   }
-  LcLMatrix3 linear;
-  if (IsAffine() && Linear().GetDirectInverse(linear)) {
-    inverse = LcLMatrix4(linear, -linear.Transform(Translation()));
+  if (IsAffine() && LcLMatrix3::GetDirectInverse(m, inverse.m)) {
+    // The new translation is -t × L^-1. The old t is still intact here, even
+    // when inverse is this matrix.
+    const double(&linear)[4][4] = inverse.m;
+    double t[3];
+    for (int c = 0; c < 3; ++c) t[c] = -(m[3][0] * linear[0][c] + m[3][1] * linear[1][c] + m[3][2] * linear[2][c]);
+    for (int c = 0; c < 3; ++c) {
+      inverse.m[c][3] = 0.0;
+      inverse.m[3][c] = t[c];
+    }
+    inverse.m[3][3] = 1.0;
     return true;
   }
-  LcLLUDecomposition<4> lu;
-  if (lu.Decompose(m)) {
-    lu.Invert(inverse.m);
-    return true;
-  }
+  if (LcLLUDecomposition<4>::Invert(m, inverse.m)) return true;
   LcLWarning::Post(&LcLMatrix::component, 3, this, "Singular Matrix");
   inverse = LcLMatrix4();
   return false;

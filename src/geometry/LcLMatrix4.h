@@ -1,5 +1,6 @@
 #pragma once
 #include "geometry/LcLMatrix3.h"
+#include "geometry/LcLPair.h"
 #include "geometry/LcLPoint.h"
 #include "geometry/LcLSquareMatrix.h"
 
@@ -8,7 +9,11 @@
 class LcLMatrix4 : public LcLSquareMatrix<LcLMatrix4, 4> {
 public:
   using LcLSquareMatrix::LcLSquareMatrix;
-  LcLMatrix4(const LcLMatrix3& linear, const LcLVector3f& translation);
+  LcLMatrix4(const LcLMatrix3& linear, const LcLVector3f& translation)
+      : LcLSquareMatrix({{linear.m[0][0], linear.m[0][1], linear.m[0][2], 0.0},
+                         {linear.m[1][0], linear.m[1][1], linear.m[1][2], 0.0},
+                         {linear.m[2][0], linear.m[2][1], linear.m[2][2], 0.0},
+                         {translation.x, translation.y, translation.z, 1.0}}) {}
 
   // The off-centre view volumes of a camera looking down -z, as maps from
   // normalised device coordinates (-1 to 1, z -1 at near) into eye space.
@@ -18,19 +23,23 @@ public:
                                  double farDistance);
 
   bool IsAffine() const { return m[0][3] == 0.0 && m[1][3] == 0.0 && m[2][3] == 0.0 && m[3][3] == 1.0; }
-  LcLMatrix3 Linear() const;
+  LcLMatrix3 Linear() const {
+    return LcLMatrix3({{m[0][0], m[0][1], m[0][2]}, {m[1][0], m[1][1], m[1][2]}, {m[2][0], m[2][1], m[2][2]}});
+  }
   LcLVector3f Translation() const { return LcLVector3f(m[3][0], m[3][1], m[3][2]); }
 
   double Determinant() const;
 
   // (p, 1) × M, divided by the resulting w.
   LcLPoint3f TransformPoint(const LcLPoint3f& p) const {
-    // Whole rows at a time, which the compiler can pair up.
-    double h[4];
-#pragma GCC unroll 4
-    for (int c = 0; c < 4; ++c) h[c] = p.x * m[0][c] + p.y * m[1][c] + p.z * m[2][c] + m[3][c];
-    double f = 1.0 / h[3];
-    return LcLPoint3f(h[0] * f, h[1] * f, h[2] * f);
+    // Two columns of the image at a time: x and y, then z and w.
+    LcLPair xy = p.x * LcLLoadPair(m[0]) + p.y * LcLLoadPair(m[1]) + p.z * LcLLoadPair(m[2]) + LcLLoadPair(m[3]);
+    LcLPair zw = p.x * LcLLoadPair(m[0] + 2) + p.y * LcLLoadPair(m[1] + 2) + p.z * LcLLoadPair(m[2] + 2) +
+                 LcLLoadPair(m[3] + 2);
+    // 1 / w in both lanes straight from the divider, with no broadcast after.
+    LcLPair f = 1.0 / LcLPair{zw[1], zw[1]};
+    xy *= f;
+    return LcLPoint3f(xy[0], xy[1], zw[0] * f[0]);
   }
   // (v, 0) × M: the linear part alone.
   LcLVector3f TransformDirection(const LcLVector3f& v) const {

@@ -48,6 +48,11 @@ TEST(LcLMatrixInverse, WellConditionedRandomMatricesInvert) {
     LcLMatrix4 general = WellConditioned<LcLMatrix4, 4>(random);
     ExpectInverts(general);                                                     // LU
     ExpectInverts(LcLMatrix4(general.Linear(), random.Vector(100.0)), 1e-12);  // affine
+    LcLMatrix4 reversed;  // every pivot is a row swap away
+    for (int r = 0; r < 4; ++r) {
+      for (int c = 0; c < 4; ++c) reversed.m[r][c] = general.m[3 - r][c];
+    }
+    ExpectInverts(reversed);
   }
 }
 
@@ -70,6 +75,27 @@ TEST(LcLMatrixInverse, CancellingProductsFallBackToLU) {
   ExpectInverts(a, 1e-8);
   ASSERT_TRUE(a.GetInverse(inverse));
   EXPECT_NEAR((1e8 + nudge) / (1e8 * nudge), inverse.m[0][0], 1e-8 * inverse.m[0][0]);
+  // The same rows upside down need pivoting.
+  LcLMatrix3 swapped({{0, 0, 1}, {1e8, 1e8 + nudge, 0}, {1e8, 1e8, 0}});
+  EXPECT_FALSE(swapped.GetDirectInverse(inverse));
+  ExpectInverts(swapped, 1e-8);
+}
+
+TEST(LcLMatrixInverse, InvertingInPlaceMatchesACopy) {
+  // Every path must read all of its input before it writes.
+  auto expectSame = [](auto a) {
+    decltype(a) copy;
+    ASSERT_TRUE(a.GetInverse(copy));
+    ASSERT_TRUE(a.GetInverse(a));
+    EXPECT_EQ(copy, a);
+  };
+  LcLRandom random;
+  LcLMatrix4 general = WellConditioned<LcLMatrix4, 4>(random);
+  const double nudge = std::nextafter(1e8, 2e8) - 1e8;
+  expectSame(general.Linear());                                                 // direct
+  expectSame(LcLMatrix3({{0, 0, 1}, {1e8, 1e8 + nudge, 0}, {1e8, 1e8, 0}}));    // LU
+  expectSame(general);                                                          // LU
+  expectSame(LcLMatrix4(general.Linear(), random.Vector(100.0)));               // affine
 }
 
 TEST(LcLMatrix, ProductsDeterminantsAndCramer) {

@@ -1,0 +1,5 @@
+#include "EnvironmentTesting.h"
+
+std::string EnvironmentTesting::BuildPath(const char* path) {
+  return path;
+}

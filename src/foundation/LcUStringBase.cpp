@@ -79,6 +79,19 @@ bool AcceptInt(const char16_t*, const char* text, const char* end, long value) {
   return *end == 0 && (value != 0 || text[0] == '0');
 }
 
+// The text between leading and trailing white space; false when nothing is left.
+template <typename Unit>
+bool TrimmedRange(const Unit* text, int32_t& start, int32_t& count) {
+  if (!text) return false;
+  int32_t end = 0;
+  while (text[end]) ++end;
+  start = 0;
+  while (start < end && IsSpaceUnit(text[start])) ++start;
+  while (end > start && IsSpaceUnit(text[end - 1])) --end;
+  count = end - start;
+  return count > 0;
+}
+
 template <typename Unit>
 void WidenFormat(const char* narrow, Unit* out) {
   while ((*out++ = Unit(*narrow++)) != 0) {
@@ -547,10 +560,9 @@ void LcUStringBase<Unit>::FilterControl(const Unit* source, LcUStringBase& targe
 
 template <typename Unit>
 bool LcUStringBase<Unit>::ToInt(const Unit* text, int32_t& out) {
-  LcUStringBase copy(text);
-  copy.Trim();
-  if (copy.length == 0) return false;
-  NarrowCopy<Unit> narrow(copy.buffer, copy.length);
+  int32_t start = 0, count = 0;
+  if (!TrimmedRange(text, start, count)) return false;
+  NarrowCopy<Unit> narrow(text + start, count);
   if (!narrow.text) return false;
   char* end = nullptr;
   long value = std::strtol(narrow.text, &end, 10);
@@ -564,10 +576,9 @@ bool LcUStringBase<Unit>::ToInt(const Unit* text, int32_t& out) {
 
 template <typename Unit>
 bool LcUStringBase<Unit>::ToDouble(const Unit* text, double& out) {
-  LcUStringBase copy(text);
-  copy.Trim();
-  if (copy.length == 0) return false;
-  NarrowCopy<Unit> narrow(copy.buffer, copy.length);
+  int32_t start = 0, count = 0;
+  if (!TrimmedRange(text, start, count)) return false;
+  NarrowCopy<Unit> narrow(text + start, count);
   if (!narrow.text) return false;
   char* end = nullptr;
   double value = std::strtod(narrow.text, &end);

@@ -2,17 +2,9 @@
 
 #include <string>
 
+#include "StringTesting.h"
 #include "foundation/LcUString.h"
 #include "foundation/LcUSysCodePage.h"
-
-namespace {
-std::u16string Text(const LcUString& s) {
-  return s.IsNull() ? std::u16string(u"<null>") : std::u16string(s.Get(), size_t(s.Length()));
-}
-std::string Text(const LcUStringA& s) {
-  return s.IsNull() ? std::string("<null>") : std::string(s.Get(), size_t(s.Length()));
-}
-}  // namespace
 
 TEST(LcUStringConvert, NullFreesAndEmptyGivesEmpty) {
   LcUString w(u"old");

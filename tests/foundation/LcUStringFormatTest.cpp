@@ -4,15 +4,10 @@
 #include <cmath>
 #include <string>
 
+#include "StringTesting.h"
 #include "foundation/LcUString.h"
 
 namespace {
-std::u16string Text(const LcUString& s) {
-  return s.IsNull() ? std::u16string(u"<null>") : std::u16string(s.Get(), size_t(s.Length()));
-}
-std::string Text(const LcUStringA& s) {
-  return s.IsNull() ? std::string("<null>") : std::string(s.Get(), size_t(s.Length()));
-}
 
 // Switches LC_NUMERIC to a locale with a decimal comma when one is installed.
 class CommaLocale {

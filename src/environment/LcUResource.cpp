@@ -1,5 +1,6 @@
 #include "environment/LcUResource.h"
 
+#include "environment/LcUResourceTable.h"
 #include "environment/LcUSysFile.h"
 #include "foundation/LcUError.h"
 #include "foundation/LcUSysError.h"
@@ -20,6 +21,7 @@ bool LcUResource::Initialize() {
 
 void LcUResource::Terminate() {
   if (LcUSysError::UnregisterComponent(&component) != 1) return;
+  LcUResourceTable::Clear();
   for (LcUString& dir : searchDirs) dir.Free();
   LcUError::Terminate();
   LcUString::Terminate();

@@ -30,6 +30,12 @@ function(tw_add_test target)
   # Labels go on the directory: a list inside the properties handed to the
   # discovered tests would be flattened into property names.
   set_property(DIRECTORY APPEND PROPERTY LABELS ${ARG_LABELS})
+  # tests_<subsystem> builds every test program of a subsystem.
+  list(GET ARG_LABELS 0 _subsystem)
+  if(NOT TARGET tests_${_subsystem})
+    add_custom_target(tests_${_subsystem})
+  endif()
+  add_dependencies(tests_${_subsystem} ${target})
   set(_props TIMEOUT 120)
   if(ARG_RESOURCE_LOCK)
     list(APPEND _props RESOURCE_LOCK ${ARG_RESOURCE_LOCK})

@@ -34,7 +34,7 @@ for preset in "${presets[@]}"; do
   targets=()
   labels=()
   if [ "$preset" = linux-tsan ]; then
-    targets=(--target foundation_tests foundation_log_allocation_tests)
+    targets=(--target tests_foundation)
     labels=(-L foundation)
   fi
   if ! cmake --preset "$preset" >"build-$preset.log" 2>&1 || ! cmake --build --preset "$preset" -j "$jobs" "${targets[@]}" >>"build-$preset.log" 2>&1; then

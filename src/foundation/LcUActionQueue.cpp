@@ -1,12 +1,14 @@
 #include "foundation/LcUActionQueue.h"
 
 #include "foundation/LcULock.h"
+#include "foundation/LcUMemory.h"
 #include "foundation/LcUSysError.h"
 
 LcUComponent LcUActionQueue::component;
 
 bool LcUActionQueue::Initialize() {
   if (LcUSysError::RegisterComponent(&component, "LcUActionQueue") != 1) return true;
+  LcUMemory::Initialize();
   LcUThread::Initialize();
   LcULock::Initialize();
   return true;
@@ -16,6 +18,7 @@ void LcUActionQueue::Terminate() {
   if (LcUSysError::UnregisterComponent(&component) != 1) return;
   LcULock::Terminate();
   LcUThread::Terminate();
+  LcUMemory::Terminate();
 }
 
 LcUActionQueue::LcUActionQueue(int32_t maxActions, int32_t threadCount, bool refuseWhenFull, bool startThreads)

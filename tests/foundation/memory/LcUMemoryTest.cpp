@@ -1,0 +1,333 @@
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstring>
+#include <new>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "../ErrorTesting.h"
+#include "foundation/LcUDeletable.h"
+#include "foundation/LcUMemory.h"
+#include "foundation/LcUMemoryPool.h"
+
+using ErrorTesting::LogText;
+
+namespace {
+template <typename F>
+std::string Logged(F operation) {
+  size_t before = LogText().size();
+  operation();
+  return LogText().substr(before);
+}
+
+class LcUMemoryTest : public testing::Test {
+protected:
+  void SetUp() override { ASSERT_TRUE(LcUMemory::Initialize()); }
+  void TearDown() override {
+    EXPECT_EQ(LcUMemory::GetArenaBytes(), 0u);
+    EXPECT_EQ(LcUMemory::GetMallocBytes(), 0u);
+    EXPECT_EQ(LcUMemory::GetRegionBytes(), 0u);
+    LcUMemory::Terminate();
+  }
+};
+
+struct MediumRow {
+  uint64_t blockSize, lowest, regionBytes, pageBytes, blocksPerRegion;
+};
+}  // namespace
+
+TEST_F(LcUMemoryTest, MediumTablesHaveTheListedArenas) {
+  const MediumRow rows[] = {
+      {520, 513, 65536, 65536, 125},    {544, 537, 65536, 16384, 120},    {904, 897, 65536, 8192, 72},
+      {1016, 1001, 65536, 8192, 64},    {1056, 1025, 65536, 65536, 62},   {4224, 4097, 131072, 131072, 31},
+      {4352, 4225, 65536, 65536, 15},   {8448, 8193, 262144, 262144, 31}, {16256, 15361, 65536, 16384, 4},
+  };
+  for (const MediumRow& row : rows) {
+    SCOPED_TRACE(row.blockSize);
+    // Every size of the group selects the arena: the lowest and the top.
+    EXPECT_EQ(LcUMemory::GetNextArenaSize(row.lowest - 1), row.blockSize);
+    EXPECT_EQ(LcUMemory::GetArenaRegionBytes(row.blockSize), row.regionBytes);
+    std::vector<void*> blocks;
+    do {
+      blocks.push_back(LcUMemory::Alloc(row.lowest, 8, 0));
+      ASSERT_NE(blocks.back(), nullptr);
+      if (blocks.size() == 1) { EXPECT_EQ(LcUMemory::GetArenaCommittedBytes(row.lowest), row.pageBytes); }
+    } while (LcUMemory::GetArenaReservedBytes(row.blockSize) == row.regionBytes);
+    EXPECT_EQ(blocks.size() - 1, row.blocksPerRegion);
+    EXPECT_EQ(LcUMemory::GetArenaBytes(), blocks.size() * row.blockSize);
+    for (void* block : blocks) LcUMemory::Free(block, row.blockSize, 8);
+    EXPECT_EQ(LcUMemory::GetArenaReservedBytes(row.blockSize), 0u);
+  }
+}
+
+TEST_F(LcUMemoryTest, WalkingTheArenasFindsEveryTier) {
+  int medium = 0, small = 0;
+  std::vector<uint64_t> above;
+  for (uint64_t n = LcUMemory::GetNextArenaSize(0); n; n = LcUMemory::GetNextArenaSize(n)) {
+    if (n <= 512) ++small;
+    else if (n <= 16256) ++medium;
+    else above.push_back(n);
+  }
+  EXPECT_EQ(small, 128);
+  EXPECT_EQ(medium, 131);
+  EXPECT_EQ(above, std::vector<uint64_t>({32720}));
+}
+
+TEST_F(LcUMemoryTest, GoodSizeWastesNothingInItsTier) {
+  const std::pair<uint64_t, uint64_t> cases[] = {
+      {0, 4},         {4, 4},         {5, 8},         {500, 512},      {512, 512},       {513, 1016},
+      {1017, 2032},   {2033, 4064},   {4065, 8128},   {8129, 16256},   {16256, 16256},   {16257, 32720},
+      {32720, 32720}, {32721, 65536}, {65536, 65536}, {65537, 131072}, {uint64_t(1) << 63, uint64_t(1) << 63},
+      {(uint64_t(1) << 63) + 1, 0},
+  };
+  for (auto [n, good] : cases) EXPECT_EQ(LcUMemory::GoodSize(n), good) << n;
+}
+
+TEST_F(LcUMemoryTest, TierBoundariesCountInTheirCounters) {
+  struct Case {
+    uint64_t size;
+    uint64_t arena, region;
+    bool heap;
+  };
+  const Case cases[] = {{4, 4, 0, false},         {12, 12, 0, false},       {1017, 1056, 0, false},
+                        {16256, 16256, 0, false}, {16257, 0, 0, true},      {16384, 0, 0, true},
+                        {32720, 32720, 0, false}, {32721, 0, 0, true},      {65536, 0, 65536, false},
+                        {131072, 0, 131072, false}, {8u << 20, 0, 8u << 20, false}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.size);
+    void* block = LcUMemory::Alloc(c.size, 4, 0);
+    ASSERT_NE(block, nullptr);
+    std::memset(block, 0x5A, c.size);
+    EXPECT_EQ(LcUMemory::GetArenaBytes(), c.arena);
+    EXPECT_EQ(LcUMemory::GetRegionBytes(), c.region);
+    EXPECT_EQ(LcUMemory::GetMallocBytes() >= c.size, c.heap);
+    if (c.region) { EXPECT_EQ(reinterpret_cast<uintptr_t>(block) % LcUMemory::GetRegionSize(), 0u); }
+    LcUMemory::Free(block, c.size, 4);
+    EXPECT_EQ(LcUMemory::GetArenaBytes() + LcUMemory::GetRegionBytes() + LcUMemory::GetMallocBytes(), 0u);
+  }
+  EXPECT_EQ(LcUMemory::Alloc(0, 8, 0), nullptr);
+  LcUMemory::Free(nullptr, 100, 8);
+}
+
+TEST_F(LcUMemoryTest, SmallSizesOfOneBlockSizeKeepTheirArenasApart) {
+  void* four = LcUMemory::Alloc(4, 4, 0);
+  void* eight = LcUMemory::Alloc(8, 8, 0);
+  EXPECT_EQ(LcUMemory::GetArenaBytes(), 12u);
+  EXPECT_EQ(LcUMemory::GetArenaUsedBlocks(4), 1u);
+  EXPECT_EQ(LcUMemory::GetArenaUsedBlocks(8), 1u);
+  // Blocks of both are 8 bytes, but in different regions.
+  EXPECT_NE(reinterpret_cast<uintptr_t>(four) & ~uintptr_t(0xFFFF), reinterpret_cast<uintptr_t>(eight) & ~uintptr_t(0xFFFF));
+  LcUMemory::Free(four, 4, 4);
+  LcUMemory::Free(eight, 8, 8);
+}
+
+TEST_F(LcUMemoryTest, ReallocStaysWhereBothSizesShareAnArena) {
+  struct Case {
+    uint64_t from, to;
+    uint32_t alignment;
+    bool stays;
+  };
+  const Case cases[] = {{16000, 16100, 8, true}, {13, 16, 8, true},      {5, 8, 4, true},        {4, 8, 4, false},
+                        {1017, 1056, 8, true},   {1016, 1017, 8, false}, {20000, 30000, 8, true}, {100, 20000, 8, false},
+                        {20000, 70000, 8, false}, {70000, 300, 8, false}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::to_string(c.from) + " to " + std::to_string(c.to));
+    auto* block = static_cast<unsigned char*>(LcUMemory::Alloc(c.from, c.alignment, 0));
+    for (uint64_t i = 0; i < c.from; ++i) block[i] = static_cast<unsigned char>(i * 7);
+    auto* moved = static_cast<unsigned char*>(LcUMemory::Realloc(block, c.from, c.to, c.alignment));
+    ASSERT_NE(moved, nullptr);
+    // The heap may or may not move a block; only the arenas promise to stay.
+    if (c.from <= 16256) { EXPECT_EQ(moved == block, c.stays); }
+    for (uint64_t i = 0; i < std::min(c.from, c.to); ++i) ASSERT_EQ(moved[i], static_cast<unsigned char>(i * 7)) << i;
+    LcUMemory::Free(moved, c.to, c.alignment);
+  }
+  uint64_t size = 100;
+  void* block = LcUMemory::ReallocGood(nullptr, size, 600, 8);
+  EXPECT_EQ(size, 1016u);
+  EXPECT_EQ(LcUMemory::Realloc(block, size, 0, 8), nullptr);
+}
+
+TEST_F(LcUMemoryTest, HeapFallbackIsFoundByItsOffsetByte) {
+  const uint64_t size = 8u << 20;
+  for (unsigned char offset : {8, 16}) {
+    auto* heap = static_cast<unsigned char*>(LcUMemory::MallocAlloc(size + 16, 0));
+    heap[offset - 1] = offset;
+    LcUMemory::Free(heap + offset, size, 8);
+    EXPECT_EQ(LcUMemory::GetMallocBytes(), 0u);
+  }
+  auto* heap = static_cast<unsigned char*>(LcUMemory::MallocAlloc(size + 16, 0));
+  heap[7] = 3;
+  std::string log = Logged([&] { LcUMemory::Free(heap + 8, size, 8); });
+  EXPECT_NE(log.find("not region aligned and has invalid offset 3"), std::string::npos) << log;
+  EXPECT_NE(LcUMemory::GetMallocBytes(), 0u);
+  LcUMemory::MallocFree(heap);
+}
+
+// Size 36 has 16384-byte pages in 65536-byte regions.
+TEST_F(LcUMemoryTest, RegionKeepsPageZeroUntilItEmpties) {
+  const uint64_t size = 36, page = 16384;
+  std::vector<void*> blocks;
+  while (LcUMemory::GetArenaCommittedBytes(size) < 3 * page) blocks.push_back(LcUMemory::Alloc(size, 4, 0));
+  EXPECT_EQ(LcUMemory::GetArenaReservedBytes(size), 65536u);
+  // The newest block opened page 2; emptying it decommits the page.
+  LcUMemory::Free(blocks.back(), size, 4);
+  blocks.pop_back();
+  EXPECT_EQ(LcUMemory::GetArenaCommittedBytes(size), 2 * page);
+  // Emptying page 0 first keeps it, and page 1 with it.
+  size_t pageZero = (page - 48) / 40;
+  for (size_t i = 0; i < pageZero; ++i) LcUMemory::Free(blocks[i], size, 4);
+  EXPECT_EQ(LcUMemory::GetArenaCommittedBytes(size), 2 * page);
+  for (size_t i = pageZero; i + 1 < blocks.size(); ++i) LcUMemory::Free(blocks[i], size, 4);
+  EXPECT_EQ(LcUMemory::GetArenaReservedBytes(size), 65536u);
+  LcUMemory::Free(blocks.back(), size, 4);
+  EXPECT_EQ(LcUMemory::GetArenaReservedBytes(size), 0u);
+  EXPECT_EQ(LcUMemory::GetArenaUsedBlocks(size), 0u);
+}
+
+TEST_F(LcUMemoryTest, TerminateWithABlockOutstandingLeavesEverythingWorking) {
+  void* block = LcUMemory::Alloc(100, 8, 0);
+  std::string log = Logged([] { LcUMemory::Terminate(); });
+  EXPECT_NE(log.find("104 arena bytes still allocated at LcUMemory::Terminate. Not terminating."), std::string::npos)
+      << log;
+  void* other = LcUMemory::Alloc(3000, 8, 0);
+  ASSERT_NE(other, nullptr);
+  LcUMemory::Free(other, 3000, 8);
+  LcUMemory::Free(block, 100, 8);
+}
+
+TEST_F(LcUMemoryTest, TotalCountsExternalBytesAndCallbacks) {
+  static uint64_t reported = 1000;
+  auto callback = [] { return reported; };
+  LcUMemory::AddExternalBytes(50);
+  ASSERT_TRUE(LcUMemory::AddUsageCallback(callback));
+  void* block = LcUMemory::Alloc(64, 8, 0);
+  EXPECT_EQ(LcUMemory::GetTotalBytes(), 1114u);
+  LcUMemory::RemoveUsageCallback(callback);
+  LcUMemory::RemoveExternalBytes(50);
+  EXPECT_EQ(LcUMemory::GetTotalBytes(), 64u);
+  LcUMemory::Free(block, 64, 8);
+  // A callback left registered does not hold up Terminate.
+  ASSERT_TRUE(LcUMemory::AddUsageCallback(callback));
+}
+
+namespace {
+int handlerCalls = 0;
+int DeclineSecondCall(uint64_t, uint32_t) {
+  return ++handlerCalls == 1;
+}
+}  // namespace
+
+// operator new's failure path reaches the handler, which may ask for one
+// more attempt; declining leaves the runtime's own failure.
+TEST_F(LcUMemoryTest, OutOfMemoryHandlerServesOperatorNew) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  GTEST_SKIP() << "the sanitizer stops on impossible sizes before any handler";
+#endif
+  EXPECT_EQ(LcUMemory::SetOutOfMemoryHandler(DeclineSecondCall), nullptr);
+  void* impossible = ::operator new(size_t(1) << 62, std::nothrow);
+  EXPECT_EQ(impossible, nullptr);
+  EXPECT_EQ(handlerCalls, 2);
+  EXPECT_EQ(LcUMemory::SetOutOfMemoryHandler(nullptr), DeclineSecondCall);
+}
+
+TEST_F(LcUMemoryTest, RandomMixAcrossAllTiersKeepsContents) {
+  struct Live {
+    unsigned char* block;
+    uint64_t size;
+    uint32_t alignment;
+    unsigned char fill;
+  };
+  std::mt19937_64 random(7);
+  std::vector<Live> live;
+  const uint64_t limits[] = {512, 16256, 40000, 200000, 9u << 20};
+  auto randomSize = [&] {
+    // Mostly arena sizes; the heap and region sizes are slow to fill.
+    uint64_t roll = random() % 1000;
+    uint64_t limit = limits[roll < 970 ? roll % 2 : roll < 995 ? 2 + roll % 2 : 4];
+    return 1 + random() % limit;
+  };
+  auto check = [](const Live& l) {
+    for (uint64_t i : {uint64_t(0), l.size / 2, l.size - 1}) ASSERT_EQ(l.block[i], l.fill);
+  };
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  const int operations = 100000;  // the sanitizers slow each operation tenfold or more
+#else
+  const int operations = 1000000;
+#endif
+  for (int op = 0; op < operations; ++op) {
+    uint64_t choice = random() % 10;
+    if (live.size() < 2000 && (choice < 5 || live.empty())) {
+      Live l{nullptr, randomSize(), random() % 2 ? 8u : 4u, static_cast<unsigned char>(op)};
+      l.block = static_cast<unsigned char*>(LcUMemory::Alloc(l.size, l.alignment, 0));
+      ASSERT_NE(l.block, nullptr);
+      std::memset(l.block, l.fill, l.size);
+      live.push_back(l);
+    } else {
+      size_t at = random() % live.size();
+      Live& l = live[at];
+      check(l);
+      if (choice < 8) {
+        uint64_t to = randomSize();
+        l.block = static_cast<unsigned char*>(LcUMemory::Realloc(l.block, l.size, to, l.alignment));
+        ASSERT_NE(l.block, nullptr);
+        for (uint64_t i : {uint64_t(0), std::min(l.size, to) - 1}) ASSERT_EQ(l.block[i], l.fill);
+        l.size = to;
+        std::memset(l.block, l.fill, l.size);
+      } else {
+        LcUMemory::Free(l.block, l.size, l.alignment);
+        live[at] = live.back();
+        live.pop_back();
+      }
+    }
+    if (op % 250000 == 0) { ASSERT_TRUE(LcUMemory::CheckMemory()); }
+  }
+  for (Live& l : live) {
+    check(l);
+    LcUMemory::Free(l.block, l.size, l.alignment);
+  }
+  EXPECT_TRUE(LcUMemory::CheckMemory());
+}
+
+TEST_F(LcUMemoryTest, PoolHandsOutChunkBlocksAndGivesChunksBackOnDestroy) {
+  LcUMemoryPool pool;
+  LcUMemory::InitPoolForBlocks(pool, 20, 4);
+  EXPECT_EQ(pool.blockSize, 24u);
+  EXPECT_EQ(pool.chunkBytes, LcUMemory::GoodSize(24 * 256));
+  uint64_t perChunk = pool.chunkBytes / pool.blockSize;
+  std::vector<unsigned char*> blocks;
+  for (uint64_t i = 0; i < perChunk + 1; ++i) blocks.push_back(static_cast<unsigned char*>(LcUMemory::PoolAlloc(pool)));
+  // A new chunk is filled even without scrubbing, and bumped in order.
+  EXPECT_EQ(blocks[1][0], 0xDD);
+  EXPECT_EQ(blocks[1] - blocks[0], 24);
+  EXPECT_EQ(pool.usedBlocks, perChunk + 1);
+  EXPECT_EQ(LcUMemory::GetArenaBytes(), 2 * (pool.chunkBytes + 16));
+  LcUMemory::PoolFree(pool, blocks[5]);
+  EXPECT_EQ(LcUMemory::PoolAlloc(pool), blocks[5]);
+  LcUMemory::PoolDestroy(pool);
+  EXPECT_EQ(pool.usedBlocks, 0u);
+}
+
+namespace {
+struct Sized : LcUDeletable {
+  char payload[32];
+};
+}  // namespace
+
+TEST_F(LcUMemoryTest, DeletableGoesBackToTheArenaOfItsSize) {
+  LcUDeletable* object = new Sized;
+  EXPECT_EQ(LcUMemory::GetArenaBytes(), sizeof(Sized));
+  EXPECT_EQ(LcUMemory::GetArenaUsedBlocks(sizeof(Sized)), 1u);
+  delete object;
+  EXPECT_EQ(LcUMemory::GetArenaUsedBlocks(sizeof(Sized)), 0u);
+}
+
+TEST(LcUMemoryDeathTest, SizesAboveTheLimitAreFatal) {
+  EXPECT_DEATH(
+      {
+        LcUMemory::Initialize();
+        LcUMemory::Alloc(0x7FF00001, 8, 0);
+      },
+      "");
+}

@@ -17,6 +17,14 @@ inline std::string LogText() {
   return text;
 }
 
+// What an operation wrote to the log.
+template <typename F>
+std::string Logged(F operation) {
+  size_t before = LogText().size();
+  operation();
+  return LogText().substr(before);
+}
+
 inline bool EndsWith(const std::string& text, const std::string& tail) {
   return text.size() >= tail.size() && text.compare(text.size() - tail.size(), tail.size(), tail) == 0;
 }

@@ -10,16 +10,10 @@
 #include "foundation/LcUSysHeapReport.h"
 #include "foundation/LcUSysMemory.h"
 
+using ErrorTesting::Logged;
 using ErrorTesting::LogText;
 
 namespace {
-// What an operation wrote to the log.
-template <typename F>
-std::string Logged(F operation) {
-  size_t before = LogText().size();
-  operation();
-  return LogText().substr(before);
-}
 
 uintptr_t Address(void* p) {
   return reinterpret_cast<uintptr_t>(p);

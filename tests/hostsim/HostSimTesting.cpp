@@ -2,6 +2,7 @@
 
 #include "HostSimState.h"
 #include "addin/LcGlfGuids.h"
+#include "addin/LcGlfVariant.h"
 
 void HostSimTest::TearDown() {
   for (IDispatch* object : held) object->Release();
@@ -78,33 +79,19 @@ VARIANT HostSimTest::Bstr(const char16_t* text) {
 }
 
 VARIANT HostSimTest::I4(int32_t number) {
-  VARIANT value;
-  VariantInit(&value);
-  value.vt = VT_I4;
-  value.lVal = number;
-  return value;
+  return LcGlfVariant::I4(number);
 }
 
 VARIANT HostSimTest::R8(double number) {
-  VARIANT value;
-  VariantInit(&value);
-  value.vt = VT_R8;
-  value.dblVal = number;
-  return value;
+  return LcGlfVariant::Double(number);
 }
 
 VARIANT HostSimTest::Bool(int16_t flag) {
-  VARIANT value;
-  VariantInit(&value);
-  value.vt = VT_BOOL;
-  value.boolVal = flag;
+  VARIANT value = LcGlfVariant::Bool(false);
+  value.boolVal = flag;  // as given, not normalised
   return value;
 }
 
 VARIANT HostSimTest::Dispatch(IDispatch* object) {
-  VARIANT value;
-  VariantInit(&value);
-  value.vt = VT_DISPATCH;
-  value.pdispVal = object;
-  return value;
+  return LcGlfVariant::Dispatch(object);
 }

@@ -12,15 +12,10 @@
 #include "foundation/LcUMemory.h"
 #include "foundation/LcUMemoryPool.h"
 
+using ErrorTesting::Logged;
 using ErrorTesting::LogText;
 
 namespace {
-template <typename F>
-std::string Logged(F operation) {
-  size_t before = LogText().size();
-  operation();
-  return LogText().substr(before);
-}
 
 class LcUMemoryTest : public testing::Test {
 protected:

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # The Veerback on the simulated host. Builds the add-in, hostsim and veerback,
-# registers the add-in with regsvr32 under Wine (or, with --linux, uses the
-# Linux build), starts hostsim on its built-in model, sends a few picks from
+# registers the add-in with regsvr32 under Wine (or, with --linux, with
+# "veerback register" on the Linux build), starts hostsim on its built-in
+# model, which finds the add-in through its registration, sends a few picks from
 # the viewer's side and shows after each what the host did.
 set -eu
 cd "$(dirname "$0")/.."

@@ -1,5 +1,6 @@
 # Shared by demo.sh and bench.sh: running the add-in in hostsim on one platform.
 #   hostsim_setup windows|linux   sets run, native, hostsim, veerback, build; registers the add-in
+#                                 (regsvr32 under Wine, veerback register on Linux)
 #   hostsim_start ARGS...         starts hostsim in the background and waits until it is ready
 #   hostsim_stop                  stops it
 #   hostsim_teardown              unregisters the add-in, stops the Wine server, removes the work folder
@@ -20,10 +21,12 @@ hostsim_setup() {
     run() { "$@"; }
     native() { printf '%s' "$1"; }
     exe=
+    # The registry store lives under the work folder's configuration.
     export XDG_CONFIG_HOME="$work/config" XDG_RUNTIME_DIR="$work"
   fi
   hostsim="$build/tools/hostsim/hostsim$exe"
   veerback="$build/tools/veerback/veerback$exe"
+  [ "$platform" = windows ] || "$veerback" register "$build/src/addin/twveerbackglf.so" >/dev/null
 }
 
 hostsim_start() {
@@ -49,6 +52,8 @@ hostsim_teardown() {
   if [ "$platform" = windows ]; then
     wine_run regsvr32 /u /s "$module"
     wine_run --stop-server
+  else
+    "$veerback" unregister "$build/src/addin/twveerbackglf.so" >/dev/null
   fi
   rm -rf "$work"
 }

@@ -7,8 +7,9 @@
 #include "addin/LcGlfHostCall.h"
 #include "addin/LcGlfTrackBackReceiver.h"
 #include "addin/LcGlfVariant.h"
-#include "addin/LcOmTrackBackChannel.h"
 #include "environment/LcUResource.h"
+#include "environment/LcUSession.h"
+#include "environment/LcUSysFile.h"
 #include "foundation/LcUError.h"
 #include "foundation/LcUString.h"
 
@@ -177,11 +178,15 @@ HRESULT CTWVeerbackGlfServer::Activate(IDispatch* pDisp, VARIANT_BOOL /*FirstTim
   // No truncated path is trusted: a path that fills the buffer counts as none,
   // and the add-in stays loaded with no receiver.
   if ((length & ~kModulePathUnits) != 0) {
-    // The session takes the module's folder for its data once it exists;
-    // until then its defaults stand.
+    // The session file sits beside the module, not the host's program.
+    LcUString folder;
+    LcUSysFile::GetDirectory(modulePath, &folder, nullptr);
+    LcUSession::SetSessionFolder(folder.Get());
+    LcUSession::Initialize();
     LcUError::Initialize();
     LcUResource::Initialize();
-    LcUResource::SetSearchDirFromFolder(LcUResource::eDIR_USER_APP_SHARED, 1, LcOmTrackBackChannel::kProductLine);
+    LcUResource::SetSearchDirFromFolder(LcUResource::eDIR_USER_APP_SHARED, LcUSysFile::eFOLDER_APPDATA,
+                                        LcUSession::GetProductLine());
     receiver = new (std::nothrow) LcGlfTrackBackReceiver();
     if (receiver && application) receiver->SetApplication(application);
   }
@@ -193,6 +198,7 @@ HRESULT CTWVeerbackGlfServer::Deactivate() {
   receiver = nullptr;
   LcUResource::Terminate();
   LcUError::Terminate();
+  LcUSession::Terminate();
   LcUString::Terminate();
   if (site) {
     site->Release();

@@ -1,5 +1,6 @@
 #include "addin/LcOmTrackBackChannel.h"
 
+#include "environment/LcUSession.h"
 #include "environment/LcUSysFile.h"
 
 void LcOmTrackBackChannel::GetRecordPath(const char16_t* sharedFolder, LcUString& path) {
@@ -9,6 +10,6 @@ void LcOmTrackBackChannel::GetRecordPath(const char16_t* sharedFolder, LcUString
 
 bool LcOmTrackBackChannel::GetDefaultSharedFolder(LcUString& folder) {
   if (!LcUSysFile::GetShellFolder(LcUSysFile::eFOLDER_APPDATA, folder)) return false;
-  LcUSysFile::Join(folder.Get(), kProductLine, folder);
+  LcUSysFile::Join(folder.Get(), LcUSession::GetProductLine(), folder);
   return true;
 }

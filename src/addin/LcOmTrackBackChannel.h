@@ -8,13 +8,11 @@ public:
   static constexpr const char* kMessageName = "TarnWicket:LcOmWin32TrackBack:";
   static constexpr const char* kPluginName = "LcGlfPlugin";
   static constexpr const char* kWindowTitle = "TarnWicket:LcOmWin32TrackBack:LcGlfPlugin";
-  // The session's product line until the session component exists: the
-  // folder under roaming application data shared by the product's programs.
-  static constexpr const char16_t* kProductLine = u"Hollimar Tarnwicket";
 
   // The shared folder, then "trackback", then "LcGlfPlugin" (no extension).
   static void GetRecordPath(const char16_t* sharedFolder, LcUString& path);
-  // Roaming application data joined with the product line; false when the
+  // Roaming application data joined with the session's product line (its
+  // default before a session starts); false when the
   // shell folder can't be had.
   static bool GetDefaultSharedFolder(LcUString& folder);
 };

@@ -1,6 +1,7 @@
 #include "environment/LcUResource.h"
 
 #include "environment/LcUResourceTable.h"
+#include "environment/LcUSession.h"
 #include "environment/LcUSysFile.h"
 #include "foundation/LcUError.h"
 #include "foundation/LcUSysError.h"
@@ -16,6 +17,7 @@ bool LcUResource::Initialize() {
   if (LcUSysError::RegisterComponent(&component, "LcUResource") != 1) return true;
   LcUString::Initialize();
   LcUError::Initialize();
+  LcUSession::Initialize();
   return true;
 }
 
@@ -23,6 +25,7 @@ void LcUResource::Terminate() {
   if (LcUSysError::UnregisterComponent(&component) != 1) return;
   LcUResourceTable::Clear();
   for (LcUString& dir : searchDirs) dir.Free();
+  LcUSession::Terminate();
   LcUError::Terminate();
   LcUString::Terminate();
 }

@@ -23,6 +23,12 @@ public:
   // True when the stream closed without error; a closed handle answers true.
   bool Close();
   FILE* GetStream() const { return stream; }
+  // Hands the stream to the caller, who closes it with fclose.
+  FILE* Detach() {
+    FILE* detached = stream;
+    stream = nullptr;
+    return detached;
+  }
   bool IsOpen() const { return stream != nullptr; }
 
 private:

@@ -10,6 +10,7 @@
 #include "addin/LcOmTrackBackSender.h"
 #include "addin/LcOmWin32TrackBackReceiver.h"
 #include "environment/LcUResource.h"
+#include "environment/LcUSession.h"
 #include "environment/LcUSysFileHandle.h"
 #include "foundation/LcUError.h"
 #include "foundation/LcUSysError.h"
@@ -131,7 +132,7 @@ TEST_F(TrackBackReceiver, AnotherProcessSendsAndEachMessageActsOnce) {
   std::string home = TestProcess::MakeTempFolder("sender");
   TestProcess::SetEnvironment("XDG_CONFIG_HOME", home);
   TestProcess::SetEnvironment("XDG_RUNTIME_DIR", home);
-  LcUResource::SetSearchDirFromFolder(LcUResource::eDIR_USER_APP_SHARED, 1, LcOmTrackBackChannel::kProductLine);
+  LcUResource::SetSearchDirFromFolder(LcUResource::eDIR_USER_APP_SHARED, 1, LcUSession::GetProductLine());
   std::string veerback = TestProcess::NativePath(TW_VEERBACK);
   {
     RecordingReceiver receiver;

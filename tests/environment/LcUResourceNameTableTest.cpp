@@ -107,8 +107,9 @@ protected:
   static std::string TerminationReport() {
     size_t before = LogText().size();
     LcUResource::Terminate();
+    std::string report = LogText().substr(before);
     LcUResource::Initialize();
-    return LogText().substr(before);
+    return report;
   }
 };
 

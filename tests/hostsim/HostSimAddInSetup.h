@@ -3,8 +3,8 @@
 #include <vector>
 
 // Makes the real add-in findable by hostsim the platform's way for the
-// life of the object: registered with regsvr32 on Windows, named by path
-// on Linux.
+// life of the object: registered with regsvr32 on Windows, with
+// "veerback register" into a private registry store on Linux.
 class HostSimAddInSetup {
 public:
   HostSimAddInSetup();

@@ -4,14 +4,15 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "HostSimText.h"
+
 const char* const HostSimOptions::kUsage =
     "usage: hostsim [--model FILE] [--addin PATH] [--clsid {GUID}] [--journal FILE|-]\n"
     "               [--state] [--state-file FILE] [--fail ROLE[.get|.put|.method][@N]=0xHHHHHHHH|null]...\n"
     "               [--quit-after N] [--quit-file PATH] [--timeout SECONDS]\n"
     "  --model       the model file; the built-in model without it\n"
-    "  --addin       Linux: the add-in module; without it twveerbackglf.so beside hostsim,\n"
-    "                in ../lib, or in the build tree's src/addin\n"
-    "  --clsid       the add-in's class; on Windows without it the first registered add-in\n"
+    "  --addin       Linux: load this add-in module rather than the registered one\n"
+    "  --clsid       the add-in's class; without it the first registered add-in\n"
     "                of the host's category that loads on start-up\n"
     "  --journal     every call the host receives, one line each\n"
     "  --state       print the host's state on exit\n"
@@ -23,28 +24,6 @@ const char* const HostSimOptions::kUsage =
     "exit codes: 0 stopped as asked, 1 bad command line or model, 2 no add-in, 3 timeout\n";
 
 namespace {
-bool ReadGuid(const std::string& text, GUID& guid) {
-  // {XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}
-  static const char kShape[] = "{........-....-....-....-............}";
-  if (text.size() != sizeof(kShape) - 1) return false;
-  std::string hex;
-  for (size_t i = 0; i < text.size(); ++i) {
-    if (kShape[i] != '.') {
-      if (text[i] != kShape[i]) return false;
-    } else if (!std::isxdigit(static_cast<unsigned char>(text[i]))) {
-      return false;
-    } else {
-      hex += text[i];
-    }
-  }
-  auto field = [&](size_t at, size_t digits) { return std::strtoul(hex.substr(at, digits).c_str(), nullptr, 16); };
-  guid.Data1 = uint32_t(field(0, 8));
-  guid.Data2 = uint16_t(field(8, 4));
-  guid.Data3 = uint16_t(field(12, 4));
-  for (size_t i = 0; i < 8; ++i) guid.Data4[i] = uint8_t(field(16 + 2 * i, 2));
-  return true;
-}
-
 bool ReadPositive(const std::string& text, double& value) {
   char* end = nullptr;
   value = std::strtod(text.c_str(), &end);
@@ -86,7 +65,7 @@ bool HostSimOptions::Parse(int argc, char** argv, HostSimOptions& options, std::
     } else if (option == "--fail") {
       options.failures.push_back(value);
     } else if (option == "--clsid") {
-      options.haveClsid = ReadGuid(value, options.clsid);
+      options.haveClsid = HostSimText::ReadGuid(value, options.clsid);
       if (!options.haveClsid) {
         error = "--clsid wants {XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}, not \"" + value + "\"";
         return false;

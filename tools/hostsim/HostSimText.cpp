@@ -1,7 +1,9 @@
 #include "HostSimText.h"
 
+#include <cctype>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 
 #include "foundation/LcUString.h"
 #include "foundation/LcUUtf8.h"
@@ -104,4 +106,26 @@ std::string HostSimText::Hex(HRESULT value) {
 
 bool HostSimText::EqualNoCase(const std::u16string& a, const std::u16string& b) {
   return a.size() == b.size() && LcUString::CompareNoCase(a.c_str(), b.c_str()) == 0;
+}
+
+bool HostSimText::ReadGuid(const std::string& text, GUID& guid) {
+  // {XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}
+  static const char kShape[] = "{........-....-....-....-............}";
+  if (text.size() != sizeof(kShape) - 1) return false;
+  std::string hex;
+  for (size_t i = 0; i < text.size(); ++i) {
+    if (kShape[i] != '.') {
+      if (text[i] != kShape[i]) return false;
+    } else if (!std::isxdigit(static_cast<unsigned char>(text[i]))) {
+      return false;
+    } else {
+      hex += text[i];
+    }
+  }
+  auto field = [&](size_t at, size_t digits) { return std::strtoul(hex.substr(at, digits).c_str(), nullptr, 16); };
+  guid.Data1 = uint32_t(field(0, 8));
+  guid.Data2 = uint16_t(field(8, 4));
+  guid.Data3 = uint16_t(field(12, 4));
+  for (size_t i = 0; i < 8; ++i) guid.Data4[i] = uint8_t(field(16 + 2 * i, 2));
+  return true;
 }

@@ -17,5 +17,7 @@ public:
   static std::string Quote(const char16_t* text, size_t length);
   static std::string Number(double value, int digits = 17);
   static std::string Hex(HRESULT value);
+  // {XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}
+  static bool ReadGuid(const std::string& text, GUID& guid);
   static bool EqualNoCase(const std::u16string& a, const std::u16string& b);
 };

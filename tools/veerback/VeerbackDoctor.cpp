@@ -8,7 +8,7 @@
 int VeerbackCommands::Doctor() {
   bool good = true;
   std::puts("registration");
-  good &= VeerbackPlatform::CheckRegistration();
+  good &= CheckRegistration();
 
   std::puts("record folder");
   LcUString record;

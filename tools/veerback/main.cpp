@@ -2,6 +2,7 @@
 //   veerback send --document PATH [--item-file PATH | --item TEXT] [camera options]
 //   veerback inspect FILE
 //   veerback doctor
+//   veerback register|unregister MODULE
 #include <cstdio>
 #include <cstring>
 #include <vector>
@@ -18,7 +19,8 @@ void Usage() {
       "                [--height H] [--near N] [--far F] [--vertical-offset V]\n"
       "                [--horizontal-offset H] [--scale X,Y,Z] [--offset X,Y,Z]\n"
       "  veerback inspect FILE\n"
-      "  veerback doctor\n",
+      "  veerback doctor\n"
+      "  veerback register MODULE      # or unregister: the add-in's class in the registry\n",
       stderr);
 }
 }  // namespace
@@ -36,6 +38,8 @@ int main(int argc, char** argv) {
   if (LcUString::Equal(command, u"send")) return VeerbackCommands::Send(rest);
   if (LcUString::Equal(command, u"inspect") && rest.size() == 1) return VeerbackCommands::Inspect(rest[0]);
   if (LcUString::Equal(command, u"doctor") && rest.empty()) return VeerbackCommands::Doctor();
+  if (LcUString::Equal(command, u"register") && rest.size() == 1) return VeerbackCommands::Register(rest[0], true);
+  if (LcUString::Equal(command, u"unregister") && rest.size() == 1) return VeerbackCommands::Register(rest[0], false);
   Usage();
   return 1;
 }

@@ -4,6 +4,8 @@
 #include <limits.h>
 #include <stdlib.h>
 
+#include "addin/LcGlfRegistrar.h"
+#include "addin/LcGlfRegistryScript.h"
 #include "foundation/LcUString.h"
 
 uint32_t CTWVeerbackGlfModule::GetModuleFileName(char16_t* buffer, uint32_t size) const {
@@ -24,14 +26,34 @@ uint32_t CTWVeerbackGlfModule::GetModuleFileName(char16_t* buffer, uint32_t size
   return length < size ? length : size;
 }
 
-// Registration goes into the registry store, which Linux gains with the
-// registry component; until then there is nothing to register into.
+namespace {
+constexpr uint32_t kPathUnits = 4096;
+// The registry script, built in from TWVeerbackGlf.rgs.
+const char kScript[] =
+#include "TWVeerbackGlfScript.inc"
+    ;
+
+// The script with the module's own path put in.
+HRESULT LoadOwnScript(LcGlfRegistryScript& script) {
+  char16_t path[kPathUnits];
+  uint32_t length = CTWVeerbackGlfModule::Get().GetModuleFileName(path, kPathUnits);
+  if (length == 0 || length == kPathUnits) return E_FAIL;
+  return script.Parse(kScript, int64_t(sizeof kScript - 1), path) ? S_OK : E_UNEXPECTED;
+}
+}  // namespace
+
+// Into the user's Software\Classes of the registry store, where a Linux
+// host looks the class up.
 HRESULT CTWVeerbackGlfModule::RegisterServer() {
-  return E_NOTIMPL;
+  LcGlfRegistryScript script;
+  HRESULT hr = LoadOwnScript(script);
+  return FAILED(hr) ? hr : LcGlfRegistrar::Register(script);
 }
 
 HRESULT CTWVeerbackGlfModule::UnregisterServer() {
-  return E_NOTIMPL;
+  LcGlfRegistryScript script;
+  HRESULT hr = LoadOwnScript(script);
+  return FAILED(hr) ? hr : LcGlfRegistrar::Unregister(script);
 }
 
 // Linux has no type libraries: callers bind by the dispatch identifiers.

@@ -2,16 +2,22 @@
 
 #include "addin/LcGlfGuids.h"
 #include "addin/LcGlfRegistryScript.h"
-#include "addin/win32/LcGlfRegistrar.h"
+#include "addin/LcGlfRegistrar.h"
 
 namespace {
 constexpr int kRegistryScript = 102;
 
-// The module's path, and its registry script with that path put in.
+// The module's path, and its registry script (a "REGISTRY" resource) with
+// that path put in.
 HRESULT LoadOwnScript(HMODULE module, wchar_t (&path)[MAX_PATH], LcGlfRegistryScript& script) {
   DWORD length = GetModuleFileNameW(module, path, MAX_PATH);
   if (length == 0 || length == MAX_PATH) return E_FAIL;
-  return LcGlfRegistrar::LoadScript(module, kRegistryScript, reinterpret_cast<const char16_t*>(path), script);
+  HRSRC resource = FindResourceW(module, MAKEINTRESOURCEW(kRegistryScript), L"REGISTRY");
+  HGLOBAL loaded = resource ? LoadResource(module, resource) : nullptr;
+  const char* text = loaded ? static_cast<const char*>(LockResource(loaded)) : nullptr;
+  if (!text) return HRESULT_FROM_WIN32(ERROR_RESOURCE_DATA_NOT_FOUND);
+  return script.Parse(text, SizeofResource(module, resource), reinterpret_cast<const char16_t*>(path)) ? S_OK
+                                                                                                         : E_UNEXPECTED;
 }
 }  // namespace
 

@@ -1,41 +1,27 @@
 #include "HostSimAddIn.h"
 
 #include <dlfcn.h>
-#include <limits.h>
-#include <stdlib.h>
-#include <unistd.h>
 
+#include "HostSimRegistration.h"
 #include "HostSimText.h"
 #include "addin/LcGlfGuids.h"
 
-namespace {
-std::string OwnFolder() {
-  char path[PATH_MAX];
-  ssize_t n = readlink("/proc/self/exe", path, sizeof(path) - 1);
-  if (n <= 0) return ".";
-  std::string program(path, size_t(n));
-  return program.substr(0, program.rfind('/'));
-}
-
-// Beside hostsim, where an installation keeps libraries, or in the build tree.
-std::string DefaultModule() {
-  std::string folder = OwnFolder();
-  for (const char* place : {"/", "/../lib/", "/../../src/addin/"}) {
-    char* found = realpath((folder + place + "twveerbackglf.so").c_str(), nullptr);
-    if (!found) continue;
-    std::string module = found;
-    free(found);
-    return module;
-  }
-  return std::string();
-}
-}  // namespace
-
 bool HostSimAddIn::Load(const HostSimOptions& options, std::string& error) {
-  std::string path = options.addin.empty() ? DefaultModule() : options.addin;
+  // As COM would: the registered class of the add-in category, or the one
+  // --clsid names, from the module its registration names. --addin skips
+  // the registry.
+  GUID clsid = options.haveClsid ? options.clsid : CLSID_TWVeerbackGlfServer;
+  std::string path = options.addin;
   if (path.empty()) {
-    error = "no twveerbackglf.so beside hostsim, in ../lib or in the build tree; give --addin PATH";
-    return false;
+    if (!options.haveClsid && !HostSimRegistration::FindStartUpAddIn(clsid)) {
+      error = "no registered add-in of Gearloft's category loads on start-up; register twveerbackglf.so with "
+              "veerback register";
+      return false;
+    }
+    if (!HostSimRegistration::GetModule(clsid, path)) {
+      error = "the add-in's class is not registered: " + HostSimText::Hex(REGDB_E_CLASSNOTREG);
+      return false;
+    }
   }
   module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (!module) {
@@ -49,8 +35,7 @@ bool HostSimAddIn::Load(const HostSimOptions& options, std::string& error) {
     return false;
   }
   IClassFactory* factory = nullptr;
-  HRESULT hr = getClassObject(options.haveClsid ? options.clsid : CLSID_TWVeerbackGlfServer, IID_IClassFactory,
-                              reinterpret_cast<void**>(&factory));
+  HRESULT hr = getClassObject(clsid, IID_IClassFactory, reinterpret_cast<void**>(&factory));
   if (SUCCEEDED(hr)) {
     hr = factory->CreateInstance(nullptr, IID_ITWVeerbackGlfServer, reinterpret_cast<void**>(&server));
     factory->Release();

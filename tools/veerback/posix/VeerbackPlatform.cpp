@@ -1,8 +1,8 @@
 #include "VeerbackPlatform.h"
 
+#include <dlfcn.h>
 #include <unistd.h>
 
-#include "VeerbackOutput.h"
 #include "environment/posix/LcUSysPath.h"
 
 void VeerbackPlatform::GetArguments(int argc, char** argv, std::vector<LcUString>& arguments) {
@@ -12,11 +12,14 @@ void VeerbackPlatform::GetArguments(int argc, char** argv, std::vector<LcUString
   }
 }
 
-bool VeerbackPlatform::CheckRegistration() {
-  // The add-in registers into the registry store, which Linux gains with the
-  // registry component; a Linux host finds the module by its path instead.
-  std::puts("  -     not checked: Linux has no registration of the add-in yet");
-  return true;
+bool VeerbackPlatform::CallServerFunction(const char16_t* module, const char* function, HRESULT& result) {
+  LcUStringA native;
+  void* handle = LcUSysPath::ToNative(module, native) ? dlopen(native.Get(), RTLD_NOW | RTLD_LOCAL) : nullptr;
+  if (!handle) return false;
+  auto call = reinterpret_cast<HRESULT (*)()>(dlsym(handle, function));
+  if (call) result = call();
+  dlclose(handle);
+  return call != nullptr;
 }
 
 bool VeerbackPlatform::IsFolderWritable(const char16_t* folder) {

@@ -1,13 +1,10 @@
 #pragma once
-#include <windows.h>
-
+#include "addin/LcGlfCom.h"
 #include "addin/LcGlfRegistryScript.h"
 
-// Applies the module's registry script to HKEY_CLASSES_ROOT.
+// Applies the module's registry script to the classes root.
 class LcGlfRegistrar {
 public:
-  // The script resource of type "REGISTRY", with %MODULE% replaced.
-  static HRESULT LoadScript(HMODULE module, int id, const char16_t* modulePath, LcGlfRegistryScript& script);
   // ForceRemove keys are deleted whole, then every key and value is written.
   static HRESULT Register(const LcGlfRegistryScript& script);
   // ForceRemove keys go whole; plain keys go when nothing else is left in

@@ -12,6 +12,8 @@ public:
 
   HRESULT GetClassObject(REFCLSID clsid, REFIID riid, void** object);
   HRESULT CanUnloadNow();
+  // DllRegisterServer, or DllUnregisterServer.
+  HRESULT RegisterServer(bool install);
   int PurifyIsRunning();
   // Handles TrackBack notifications waiting on this thread, as a host's loop does.
   void Pump();

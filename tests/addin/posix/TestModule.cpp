@@ -22,6 +22,11 @@ HRESULT TestModule::CanUnloadNow() {
   return function ? function() : E_FAIL;
 }
 
+HRESULT TestModule::RegisterServer(bool install) {
+  auto function = reinterpret_cast<HRESULT(*)()>(Symbol(install ? "DllRegisterServer" : "DllUnregisterServer"));
+  return function ? function() : E_FAIL;
+}
+
 int TestModule::PurifyIsRunning() {
   auto function = reinterpret_cast<int (*)()>(Symbol("PurifyIsRunning"));
   return function ? function() : -1;

@@ -38,39 +38,10 @@ std::wstring ModulePath() {
 }
 }  // namespace
 
-TEST(Registration, Regsvr32WritesTheTableAndTakesItBack) {
+// The table itself is checked on both platforms; here regsvr32 drives it.
+TEST(RegistrationByRegsvr32, WritesTheClassAndTypeLibraryAndTakesThemBack) {
   ASSERT_EQ(0, Regsvr32({"/s", TestProcess::NativePath(TW_ADDIN_MODULE)}));
-
-  struct Row {
-    std::wstring key;
-    const wchar_t* name;
-    std::wstring value;
-  };
-  const std::wstring guid = L"{4285DA55-60B0-4098-802D-93FB37FFBD68}";
-  const Row rows[] = {
-      {L"TWVeerbackGlf.TWVeerbackGlfServer.1", nullptr, L"TWVeerbackGlfServer Class"},
-      {L"TWVeerbackGlf.TWVeerbackGlfServer.1\\CLSID", nullptr, guid},
-      {L"TWVeerbackGlf.TWVeerbackGlfServer", nullptr, L"TWVeerbackGlfServer Class"},
-      {L"TWVeerbackGlf.TWVeerbackGlfServer\\CLSID", nullptr, guid},
-      {L"TWVeerbackGlf.TWVeerbackGlfServer\\CurVer", nullptr, L"TWVeerbackGlf.TWVeerbackGlfServer.1"},
-      {kClassKey, nullptr, L"TWVeerbackGlf"},
-      {kClassKey + L"\\ProgID", nullptr, L"TWVeerbackGlf.TWVeerbackGlfServer.1"},
-      {kClassKey + L"\\VersionIndependentProgID", nullptr, L"TWVeerbackGlf.TWVeerbackGlfServer"},
-      {kClassKey + L"\\InprocServer32", nullptr, ModulePath()},
-      {kClassKey + L"\\InprocServer32", L"ThreadingModel", L"Apartment"},
-      {kClassKey + L"\\TypeLib", nullptr, L"{87F89B3F-63AB-4FD0-9D08-2F92D86D83D3}"},
-      {kClassKey + L"\\Settings", L"LoadOnStartUp", L"1"},
-      {kClassKey + L"\\Settings", L"SupportedSoftwareVersionGreaterThan", L"14.."},
-      {kClassKey + L"\\Settings", L"Type", L"Standard"},
-      {kClassKey + L"\\Description", nullptr, L"TarnwicketFactory addin for Tarnwicket Veerback"},
-  };
-  for (const Row& row : rows)
-    EXPECT_EQ(row.value, ReadString(row.key, row.name)) << std::string(row.key.begin(), row.key.end());
-  DWORD version = 0, bytes = sizeof(version);
-  EXPECT_EQ(ERROR_SUCCESS, RegGetValueW(HKEY_CLASSES_ROOT, (kClassKey + L"\\Settings").c_str(), L"Version",
-                                        RRF_RT_REG_DWORD, nullptr, &version, &bytes));
-  EXPECT_EQ(1u, version);
-  EXPECT_TRUE(KeyExists(kClassKey + L"\\Implemented Categories\\{A1852043-E45B-4388-8B69-79B248358B99}"));
+  EXPECT_EQ(ModulePath(), ReadString(kClassKey + L"\\InprocServer32", nullptr));
 
   ITypeLib* library = nullptr;
   ASSERT_EQ(S_OK, LoadRegTypeLib(LIBID_TWVeerbackGlfLib, 1, 0, LOCALE_NEUTRAL, &library));
@@ -88,7 +59,7 @@ TEST(Registration, Regsvr32WritesTheTableAndTakesItBack) {
   EXPECT_TRUE(KeyExists(L"CLSID"));
 }
 
-TEST(Registration, AHostCreatesTheServerByItsClass) {
+TEST(RegistrationByRegsvr32, AHostCreatesTheServerByItsClass) {
   ASSERT_EQ(0, Regsvr32({"/s", TestProcess::NativePath(TW_ADDIN_MODULE)}));
   ASSERT_TRUE(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)));
   {

@@ -64,7 +64,9 @@ struct KnownStore {
     }
     return true;
   }
+  // A store left behind by a parent before fork() is not this process's to close.
   void Take(LcUSysRegistryStore* opened) {
+    if (store && owner == getpid()) store->Release();
     for (int i = 0; i < kPlacingCount; ++i) placing[i].Assign(std::getenv(kPlacing[i]));
     owner = getpid();
     store = opened;

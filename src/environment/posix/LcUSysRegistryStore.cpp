@@ -131,10 +131,13 @@ bool LooksLikeDatabase(const char* path, bool& fresh) {
 }
 
 // One open store per file, for this process: a child of fork() opens its own.
+// Stores live as long as the process; the connection is held here too, in
+// memory that leak checkers scan, since the store itself is in the arenas.
 struct OpenStore {
   LcUStringA path;
   pid_t owner = 0;
   LcUSysRegistryStore* store = nullptr;
+  sqlite3* db = nullptr;
 };
 constexpr int kOpenStores = 8;
 OpenStore openStores[kOpenStores];
@@ -188,7 +191,10 @@ LcUSysRegistryStore* LcUSysRegistryStore::Open(const char* path) {
   for (OpenStore& entry : openStores) {
     // A parent's connection must not be used, nor closed, in a child.
     if (entry.store && entry.owner != self) entry = OpenStore();
-    if (entry.store && std::strcmp(entry.path.Get(), path) == 0) return entry.store;
+    if (entry.store && std::strcmp(entry.path.Get(), path) == 0) {
+      ++entry.store->uses;
+      return entry.store;
+    }
     if (!entry.store && !slot) slot = &entry;
   }
   bool fresh = false;
@@ -208,13 +214,24 @@ LcUSysRegistryStore* LcUSysRegistryStore::Open(const char* path) {
     sqlite3_close_v2(db);
     return nullptr;
   }
-  // Past the table's size the store is still served, only not kept.
+  // Past the table's size the store is still served, only not shared.
   if (slot) {
     slot->path.Assign(path);
     slot->owner = self;
     slot->store = store;
+    slot->db = db;
   }
   return store;
+}
+
+void LcUSysRegistryStore::Release() {
+  Lock guard(openLock);
+  if (--uses > 0) return;
+  for (OpenStore& entry : openStores)
+    if (entry.store == this) entry = OpenStore();
+  for (sqlite3_stmt* statement : statements) sqlite3_finalize(statement);
+  sqlite3_close_v2(db);
+  delete this;
 }
 
 bool LcUSysRegistryStore::Prepare(sqlite3* db, const char* path) {

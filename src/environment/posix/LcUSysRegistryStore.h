@@ -23,9 +23,11 @@ public:
     int64_t lastWriteTime = 0;
   };
 
-  // The store in file `path`, kept open for the process. A file that isn't
-  // a sound store of ours is reported and left untouched; the answer is null.
+  // The store in file `path`, shared by its users in this process until the
+  // last releases it. A file that isn't a sound store of ours is reported
+  // and left untouched; the answer is null.
   static LcUSysRegistryStore* Open(const char* path);
+  void Release();
 
   bool CreateKey(const char16_t* key);
   bool KeyExists(const char16_t* key);
@@ -80,6 +82,7 @@ private:
   bool Touch(int64_t id, int64_t now);
 
   sqlite3* db;
+  int32_t uses = 1;
   sqlite3_stmt* statements[eSTATEMENT_COUNT] = {};
   LcUCriticalSection lock;
   // Ids of keys by their upper-cased path, good while no other connection

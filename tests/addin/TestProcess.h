@@ -10,7 +10,8 @@ public:
   static int Run(const std::string& program, const std::vector<std::string>& arguments, void (*pump)());
   // A build-tree path as the program under test sees it.
   static std::string NativePath(const std::string& buildPath);
-  // A fresh empty folder for one test.
+  // A fresh empty folder for one test, removed when the program ends.
   static std::string MakeTempFolder(const char* name);
+  static void RemoveAtExit(const std::string& folder);
   static void SetEnvironment(const char* name, const std::string& value);
 };

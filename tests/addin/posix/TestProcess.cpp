@@ -33,7 +33,7 @@ std::string TestProcess::MakeTempFolder(const char* name) {
   std::string folder = "/tmp/twtest-" + std::to_string(getpid()) + "-" + name;
   std::string command = "rm -rf '" + folder + "'";
   if (std::system(command.c_str()) != 0) return folder;
-  mkdir(folder.c_str(), 0700);
+  if (mkdir(folder.c_str(), 0700) == 0) RemoveAtExit(folder);
   return folder;
 }
 

@@ -43,10 +43,11 @@ std::string TestProcess::MakeTempFolder(const char* name) {
   wchar_t temp[MAX_PATH];
   GetTempPathW(MAX_PATH, temp);
   std::wstring folder = std::wstring(temp) + L"twtest-" + std::to_wstring(GetCurrentProcessId()) + L"-" + Widen(name);
-  CreateDirectoryW(folder.c_str(), nullptr);
+  bool made = CreateDirectoryW(folder.c_str(), nullptr) != 0;
   int n = WideCharToMultiByte(CP_UTF8, 0, folder.c_str(), -1, nullptr, 0, nullptr, nullptr);
   std::string narrow(size_t(n - 1), '\0');
   WideCharToMultiByte(CP_UTF8, 0, folder.c_str(), -1, &narrow[0], n, nullptr, nullptr);
+  if (made) RemoveAtExit(narrow);
   return narrow;
 }
 

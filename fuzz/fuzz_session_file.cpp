@@ -1,6 +1,6 @@
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <algorithm>
 
 #include "environment/LcUSessionInfo.h"
 #include "environment/LcUSessionRecord.h"

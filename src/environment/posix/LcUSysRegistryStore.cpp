@@ -253,7 +253,8 @@ bool LcUSysRegistryStore::Prepare(sqlite3* db, const char* path) {
     Report(path, sqlite3_errstr(result));
     return false;
   }
-  if (tables > 0 && id != kApplicationId) {
+  // A file another program has marked is theirs even before it has tables.
+  if (id != kApplicationId && (tables > 0 || id != 0)) {
     Report(path, "another program's database");
     return false;
   }

@@ -52,13 +52,6 @@ void LcUMemoryArena::Setup(uint64_t size, uint64_t align, uint64_t region, uint6
   fullRegions = nullptr;
 }
 
-LcUMemoryArena::Page* LcUMemoryArena::PageAt(Region* region, uint32_t index) const {
-  char* base = reinterpret_cast<char*>(region);
-  if (SinglePage()) return reinterpret_cast<Page*>(base + 16);
-  if (index == 0) return reinterpret_cast<Page*>(base + 32);
-  return reinterpret_cast<Page*>(base + index * pageBytes);
-}
-
 uint64_t LcUMemoryArena::PageSetupBytes(uint32_t index) const {
   if (SinglePage()) return regionBytes - 32;
   return index == 0 ? pageBytes - 32 : pageBytes;
@@ -140,8 +133,7 @@ void* LcUMemoryArena::AllocBlock(bool scrub, bool check) {
   if (!page->freeList) {
     bool full = true;
     if (!SinglePage()) {
-      uint64_t index = (reinterpret_cast<uintptr_t>(block) & ~regionMask) / pageBytes;
-      region->freePagesMask &= ~(uint64_t(1) << index);
+      region->freePagesMask &= ~(uint64_t(1) << PageIndex(block));
       full = region->freePagesMask == 0 && region->uncommittedPagesMask == 0;
     }
     if (full) {
@@ -177,7 +169,7 @@ void LcUMemoryArena::FreeBlock(void* block, bool scrub, bool check) {
   if (SinglePage()) {
     page = PageAt(region, 0);
   } else {
-    index = uint32_t((reinterpret_cast<uintptr_t>(block) & ~regionMask) / pageBytes);
+    index = PageIndex(block);
     page = PageAt(region, index);
   }
   if (!page->freeList) {

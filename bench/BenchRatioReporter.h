@@ -1,6 +1,7 @@
 #pragma once
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <map>
 #include <string>
@@ -20,13 +21,19 @@ public:
     ConsoleReporter::ReportRuns(runs);
   }
 
-  void PrintRatios(const std::vector<std::string>& cases) const {
-    std::printf("\nratio (ours / %s, throughput):\n", peer_.c_str());
+  void PrintRatios(const std::vector<std::string>& cases) const { PrintRatios(peer_, cases); }
+
+  // For a benchmark with several peers.
+  void PrintRatios(const std::string& peerName, const std::vector<std::string>& cases) const {
+    std::printf("\nratio (ours / %s, throughput):\n", peerName.c_str());
+    int width = 28;
+    for (const std::string& name : cases) width = std::max(width, int(name.size()));
     for (const std::string& name : cases) {
       auto ours = rates_.find("ours/" + name);
-      auto peer = rates_.find(peer_ + "/" + name);
+      auto peer = rates_.find(peerName + "/" + name);
       if (ours == rates_.end() || peer == rates_.end() || peer->second <= 0) continue;
-      std::printf("  %-28s %6.2fx\n", name.c_str(), ours->second / peer->second);
+      // Three significant digits, so that a ratio far below 1 still shows.
+      std::printf("  %-*s %6.3gx\n", width, name.c_str(), ours->second / peer->second);
     }
   }
 

@@ -1,10 +1,11 @@
 #include "environment/LcUResourceTable.h"
 
+#include <cstring>
+#include <new>
+
 #include "environment/LcUResourceParseState.h"
 #include "foundation/LcUError.h"
 
-std::unordered_map<std::string_view, LcUString> LcUResourceTable::table;
-std::deque<std::string> LcUResourceTable::keyStore;
 std::vector<std::string> LcUResourceTable::pending;
 LcUResourceFallback LcUResourceTable::fallback = nullptr;
 void* LcUResourceTable::fallbackContext = nullptr;
@@ -25,25 +26,159 @@ void Fail(LcUResourceParseState* state, const char* text) {
   state->errorLine = state->line;
   state->errorText.Assign(text);
 }
+
+uint64_t Rotate(uint64_t h) {
+  return (h << 31) | (h >> 33);
+}
+
+// Eight bytes a step, the tail read as two overlapping halves; the table
+// takes the low bits, so the last step folds the high ones down.
+uint64_t HashKey(std::string_view key) {
+  constexpr uint64_t kMultiplier = 0x9E3779B97F4A7C15ull;
+  const char* p = key.data();
+  size_t n = key.size();
+  uint64_t h = (n + 1) * 0xC2B2AE3D27D4EB4Full;
+  for (; n >= 8; p += 8, n -= 8) {
+    uint64_t word;
+    std::memcpy(&word, p, 8);
+    h = Rotate((h ^ word) * kMultiplier);
+  }
+  uint64_t tail = 0;
+  if (n >= 4) {
+    uint32_t first, last;
+    std::memcpy(&first, p, 4);
+    std::memcpy(&last, p + n - 4, 4);
+    tail = (uint64_t(first) << 32) | last;
+  } else if (n > 0) {
+    tail = (uint64_t(uint8_t(p[0])) << 16) | (uint64_t(uint8_t(p[n / 2])) << 8) | uint8_t(p[n - 1]);
+  }
+  h = (h ^ tail) * kMultiplier;
+  return h ^ (h >> 32);
+}
+
+// Open addressing over a power-of-two array of hashes and entries, at most
+// half full. Each entry holds its value with its key right behind it, so a
+// look-up reads one slot and one entry. Entries never move, so references
+// to values outlive insertions (a fallback's answer joins the table during
+// substitution); they go only all at once.
+class NameMap {
+public:
+  struct Entry {
+    LcUString value;
+    size_t length;
+    const char* Key() const { return reinterpret_cast<const char*>(this + 1); }
+  };
+
+  Entry* Find(std::string_view key, uint64_t hash) const {
+    if (!slots) return nullptr;
+    for (uint64_t i = hash & mask;; i = (i + 1) & mask) {
+      const Slot& slot = slots[i];
+      if (!slot.entry) return nullptr;
+      if (slot.hash == hash && slot.entry->length == key.size() &&
+          std::memcmp(slot.entry->Key(), key.data(), key.size()) == 0)
+        return slot.entry;
+    }
+  }
+
+  // A new entry has a null value.
+  Entry& FindOrAdd(std::string_view key, uint64_t hash) {
+    if (Entry* entry = Find(key, hash)) return *entry;
+    if ((count + 1) * 2 > mask + 1) Grow();
+    Entry* entry = NewEntry(key);
+    Place(slots, mask, hash, entry);
+    ++count;
+    return *entry;
+  }
+
+  void Clear() {
+    for (uint64_t i = 0; slots && i <= mask; ++i)
+      if (slots[i].entry) slots[i].entry->~Entry();
+    delete[] slots;
+    while (chunks) {
+      Chunk* next = chunks->next;
+      ::operator delete(chunks);
+      chunks = next;
+    }
+    slots = nullptr;
+    mask = count = 0;
+    bump = nullptr;
+    left = 0;
+  }
+
+private:
+  struct Slot {
+    uint64_t hash;
+    Entry* entry;
+  };
+  struct Chunk {
+    Chunk* next;
+  };
+  static constexpr size_t kChunkBytes = 65536;
+
+  static void Place(Slot* table, uint64_t tableMask, uint64_t hash, Entry* entry) {
+    uint64_t i = hash & tableMask;
+    while (table[i].entry) i = (i + 1) & tableMask;
+    table[i] = {hash, entry};
+  }
+
+  void Grow() {
+    uint64_t size = slots ? (mask + 1) * 2 : 64;
+    Slot* grown = new Slot[size]();
+    for (uint64_t i = 0; slots && i <= mask; ++i)
+      if (slots[i].entry) Place(grown, size - 1, slots[i].hash, slots[i].entry);
+    delete[] slots;
+    slots = grown;
+    mask = size - 1;
+  }
+
+  Entry* NewEntry(std::string_view key) {
+    size_t bytes = (sizeof(Entry) + key.size() + 1 + alignof(Entry) - 1) & ~(alignof(Entry) - 1);
+    if (bytes > left) {
+      size_t size = sizeof(Chunk) + (bytes > kChunkBytes ? bytes : kChunkBytes);
+      Chunk* chunk = static_cast<Chunk*>(::operator new(size));
+      chunk->next = chunks;
+      chunks = chunk;
+      bump = reinterpret_cast<char*>(chunk + 1);
+      left = size - sizeof(Chunk);
+    }
+    Entry* entry = new (bump) Entry();
+    entry->length = key.size();
+    char* text = reinterpret_cast<char*>(entry + 1);
+    std::memcpy(text, key.data(), key.size());
+    text[key.size()] = '\0';
+    bump += bytes;
+    left -= bytes;
+    return entry;
+  }
+
+  Slot* slots = nullptr;
+  uint64_t mask = 0;
+  uint64_t count = 0;
+  Chunk* chunks = nullptr;
+  char* bump = nullptr;
+  size_t left = 0;
+};
+
+// Constant-initialised: look-ups may come from other files' static
+// initialisation.
+NameMap names;
 }  // namespace
 
 const LcUString* LcUResourceTable::Find(const char* key) {
   if (!key) return nullptr;
-  auto it = table.find(key);
-  if (it != table.end()) return it->second.IsNull() ? nullptr : &it->second;
+  std::string_view text(key);
+  uint64_t hash = HashKey(text);
+  if (NameMap::Entry* entry = names.Find(text, hash)) return entry->value.IsNull() ? nullptr : &entry->value;
   if (!fallback) return nullptr;
-  const char16_t* text = fallback(fallbackContext, key);
-  if (!text) return nullptr;
-  LcUString& slot = Slot(key);
-  slot.Assign(text);
+  const char16_t* answer = fallback(fallbackContext, key);
+  if (!answer) return nullptr;
+  LcUString& slot = names.FindOrAdd(text, hash).value;
+  slot.Assign(answer);
   return &slot;
 }
 
 LcUString& LcUResourceTable::Slot(std::string_view key) {
-  auto it = table.find(key);
-  if (it != table.end()) return it->second;
-  keyStore.emplace_back(key);
-  return table[keyStore.back()];
+  return names.FindOrAdd(key, HashKey(key)).value;
 }
 
 bool LcUResourceTable::Add(const char* name, const char16_t* value, LcUResourceParseState* state,
@@ -65,12 +200,10 @@ bool LcUResourceTable::Add(const char* name, const char16_t* value, LcUResourceP
   Substitution result = Substitute(key, given, substituted, state);
   if (result == eKEY_MISSING) pending.push_back(key);
   if (state && !state->errorText.IsNull()) return false;
-  // The map may have grown during look-ups with the fallback.
-  LcUString& stored = Slot(key);
   if (substituted.IsEmpty())
-    stored.Swap(given);
+    slot.Swap(given);
   else
-    stored.Swap(substituted);
+    slot.Swap(substituted);
   return true;
 }
 
@@ -110,9 +243,8 @@ LcUResourceTable::Substitution LcUResourceTable::Substitute(const std::string& n
 
 void LcUResourceTable::RunPendingPass() {
   for (size_t i = pending.size(); i-- > 0;) {
-    auto it = table.find(pending[i]);
-    // A reference, unlike the iterator, outlives a fallback's insertion.
-    LcUString* entry = it == table.end() ? nullptr : &it->second;
+    NameMap::Entry* found = names.Find(pending[i], HashKey(pending[i]));
+    LcUString* entry = found ? &found->value : nullptr;
     LcUString substituted;
     Substitution result = entry ? Substitute(pending[i], *entry, substituted, nullptr) : eSUBSTITUTED;
     if (!substituted.IsEmpty()) entry->Swap(substituted);
@@ -126,8 +258,7 @@ void LcUResourceTable::SetFallback(LcUResourceFallback function, void* context) 
 }
 
 void LcUResourceTable::Clear() {
-  std::unordered_map<std::string_view, LcUString>().swap(table);
-  std::deque<std::string>().swap(keyStore);
+  names.Clear();
   if (!pending.empty()) {
     LcUError::LogF("%d strings pending replacement:\n", int32_t(pending.size()));
     for (const std::string& name : pending) LcUError::LogF("    %s\n", name.c_str());

@@ -1,9 +1,7 @@
 #pragma once
 #include <cstdint>
-#include <deque>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "environment/LcUResource.h"
@@ -32,10 +30,6 @@ private:
   static Substitution Substitute(const std::string& name, const LcUString& value, LcUString& out,
                                  LcUResourceParseState* state);
 
-  // Keys are views into keyStore, so that a look-up by a caller's text
-  // needs no copy of it.
-  static std::unordered_map<std::string_view, LcUString> table;
-  static std::deque<std::string> keyStore;
   static std::vector<std::string> pending;
   static LcUResourceFallback fallback;
   static void* fallbackContext;

@@ -98,11 +98,11 @@ void* LcUMemory::Alloc(uint64_t size, uint32_t alignment, uint32_t tryOnly) {
   if (!tryOnly && size > LcUMemoryState::eBAD_SIZE) BadSize(size);
   if (size <= LcUMemoryState::eSMALL_LIMIT) {
     uint64_t rounded;
-    LcUMemoryArena* arena = SmallArena(size, alignment, rounded);
+    LcUMemoryArena* arena = s.SmallArena(size, alignment, rounded);
     return ArenaAlloc(arena, rounded, size, tryOnly);
   }
   if (size <= LcUMemoryState::eMEDIUM_LIMIT && s.mediumEnabled) {
-    LcUMemoryArena* arena = MediumArena(size);
+    LcUMemoryArena* arena = s.MediumArena(size);
     return ArenaAlloc(arena, arena->blockSize, size, tryOnly);
   }
   if (size < s.largeLimit && size % s.regionSize != 0) {
@@ -119,9 +119,9 @@ void LcUMemory::Free(void* block, uint64_t size, uint32_t alignment) {
   LcUMemoryArena* arena = nullptr;
   uint64_t counted = size;
   if (size <= LcUMemoryState::eSMALL_LIMIT) {
-    arena = SmallArena(size, alignment, counted);
+    arena = s.SmallArena(size, alignment, counted);
   } else if (size <= LcUMemoryState::eMEDIUM_LIMIT && s.mediumEnabled) {
-    arena = MediumArena(size);
+    arena = s.MediumArena(size);
     counted = arena->blockSize;
   } else if (size < s.largeLimit && size % s.regionSize != 0) {
     arena = ExactArena(size);
@@ -152,14 +152,14 @@ void* LcUMemory::Realloc(void* block, uint64_t oldSize, uint64_t newSize, uint32
   if (newSize > LcUMemoryState::eBAD_SIZE) BadSize(newSize);
   if (oldSize <= LcUMemoryState::eSMALL_LIMIT && newSize <= LcUMemoryState::eSMALL_LIMIT) {
     uint64_t a, b;
-    SmallArena(oldSize, alignment, a);
-    SmallArena(newSize, alignment, b);
+    s.SmallArena(oldSize, alignment, a);
+    s.SmallArena(newSize, alignment, b);
     if (a == b) return block;
   }
   auto inMedium = [&](uint64_t n) {
     return n > LcUMemoryState::eSMALL_LIMIT && n <= LcUMemoryState::eMEDIUM_LIMIT && s.mediumEnabled;
   };
-  if (inMedium(oldSize) && inMedium(newSize) && MediumArena(oldSize) == MediumArena(newSize)) return block;
+  if (inMedium(oldSize) && inMedium(newSize) && s.MediumArena(oldSize) == s.MediumArena(newSize)) return block;
   auto onHeap = [&](uint64_t n) {
     return n > LcUMemoryState::eMEDIUM_LIMIT && n < s.largeLimit && n % s.regionSize != 0 && !ExactArena(n);
   };

@@ -67,8 +67,6 @@ private:
                               uint64_t last, uint64_t regionBytes);
   static LcUMemoryArena* NewArena(uint64_t size, uint32_t alignment, uint64_t regionBytes);
   static void BuildTables();
-  static LcUMemoryArena* SmallArena(uint64_t size, uint32_t alignment, uint64_t& rounded);
-  static LcUMemoryArena* MediumArena(uint64_t size);
   static LcUMemoryArena* ExactArena(uint64_t size);
   static LcUMemoryArena* ArenaOf(uint64_t size);
   static void* ArenaAlloc(LcUMemoryArena* arena, uint64_t counted, uint64_t size, uint32_t tryOnly);

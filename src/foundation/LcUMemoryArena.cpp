@@ -52,19 +52,14 @@ void LcUMemoryArena::Setup(uint64_t size, uint64_t align, uint64_t region, uint6
   fullRegions = nullptr;
 }
 
-LcUMemoryArena::Page* LcUMemoryArena::PageAt(Region* region, uint32_t index) const {
-  char* base = reinterpret_cast<char*>(region);
-  if (SinglePage()) return reinterpret_cast<Page*>(base + 16);
-  if (index == 0) return reinterpret_cast<Page*>(base + 32);
-  return reinterpret_cast<Page*>(base + index * pageBytes);
-}
-
 uint64_t LcUMemoryArena::PageSetupBytes(uint32_t index) const {
   if (SinglePage()) return regionBytes - 32;
   return index == 0 ? pageBytes - 32 : pageBytes;
 }
 
-void LcUMemoryArena::SetupPage(Page* page, uint64_t bytes, bool scrub) {
+// Threading every block at once would touch the whole fresh page; it is
+// done only when checking, so that validation walks every free block.
+void LcUMemoryArena::SetupPage(Page* page, uint64_t bytes, bool scrub, bool check) {
   unsigned char* first = Bytes(page) + sizeof(Page);
   uint64_t count = (bytes - sizeof(Page)) / blockSize;
   if (scrub) {
@@ -73,14 +68,16 @@ void LcUMemoryArena::SetupPage(Page* page, uint64_t bytes, bool scrub) {
   }
   page->usedCount = 0;
   page->freeList = nullptr;
-  for (uint64_t i = 0; i < count; ++i) {
-    void* block = first + i * blockSize;
-    *static_cast<void**>(block) = page->freeList;
-    page->freeList = block;
-  }
+  page->freshCount = check ? 0 : uint32_t(count);
+  if (check)
+    for (uint64_t i = 0; i < count; ++i) {
+      void* block = first + i * blockSize;
+      *static_cast<void**>(block) = page->freeList;
+      page->freeList = block;
+    }
 }
 
-LcUMemoryArena::Region* LcUMemoryArena::NewRegion(bool scrub) {
+LcUMemoryArena::Region* LcUMemoryArena::NewRegion(bool scrub, bool check) {
   void* space = LcUSysMemory::ReserveAligned(regionBytes, 0);
   if (!space) return nullptr;
   uint64_t first = SinglePage() ? regionBytes : pageBytes;
@@ -94,7 +91,7 @@ LcUMemoryArena::Region* LcUMemoryArena::NewRegion(bool scrub) {
     region->freePagesMask = 1;
     region->uncommittedPagesMask = allPagesMask;
   }
-  SetupPage(PageAt(region, 0), PageSetupBytes(0), scrub);
+  SetupPage(PageAt(region, 0), PageSetupBytes(0), scrub, check);
   Push(partialRegions, region);
   return region;
 }
@@ -116,7 +113,7 @@ void LcUMemoryArena::Push(Region*& list, Region* region) {
 void* LcUMemoryArena::AllocBlock(bool scrub, bool check) {
   Region* region = partialRegions;
   if (!region) {
-    region = NewRegion(scrub);
+    region = NewRegion(scrub, check);
     if (!region) return nullptr;
   } else if (check) {
     ValidateRegion(region);
@@ -130,18 +127,18 @@ void* LcUMemoryArena::AllocBlock(bool scrub, bool check) {
     int index = LowestBit(region->uncommittedPagesMask);
     if (!LcUSysMemory::Commit(reinterpret_cast<char*>(region) + index * pageBytes, pageBytes)) return nullptr;
     page = PageAt(region, index);
-    SetupPage(page, pageBytes, scrub);
+    SetupPage(page, pageBytes, scrub, check);
     region->uncommittedPagesMask &= ~(uint64_t(1) << index);
     region->freePagesMask |= uint64_t(1) << index;
   }
   void* block = page->freeList;
-  page->freeList = *static_cast<void**>(block);
+  if (block) page->freeList = *static_cast<void**>(block);
+  else block = Bytes(page) + sizeof(Page) + --page->freshCount * blockSize;
   ++page->usedCount;
-  if (!page->freeList) {
+  if (!page->freeList && !page->freshCount) {
     bool full = true;
     if (!SinglePage()) {
-      uint64_t index = (reinterpret_cast<uintptr_t>(block) & ~regionMask) / pageBytes;
-      region->freePagesMask &= ~(uint64_t(1) << index);
+      region->freePagesMask &= ~(uint64_t(1) << PageIndex(block));
       full = region->freePagesMask == 0 && region->uncommittedPagesMask == 0;
     }
     if (full) {
@@ -177,10 +174,10 @@ void LcUMemoryArena::FreeBlock(void* block, bool scrub, bool check) {
   if (SinglePage()) {
     page = PageAt(region, 0);
   } else {
-    index = uint32_t((reinterpret_cast<uintptr_t>(block) & ~regionMask) / pageBytes);
+    index = PageIndex(block);
     page = PageAt(region, index);
   }
-  if (!page->freeList) {
+  if (!page->freeList && !page->freshCount) {
     bool wasFull = true;
     if (!SinglePage()) {
       wasFull = region->freePagesMask == 0 && region->uncommittedPagesMask == 0;

@@ -14,6 +14,9 @@ struct LcUMemoryArena {
   struct Page {
     void* freeList;
     uint32_t usedCount;
+    // Blocks at the start of the page not yet threaded on the free list;
+    // the highest of them is handed out next, as if it headed the list.
+    uint32_t freshCount;
   };
 
   uint64_t requestedSize;
@@ -41,10 +44,19 @@ struct LcUMemoryArena {
 
 private:
   bool SinglePage() const { return pageBytes == regionBytes; }
-  Page* PageAt(Region* region, uint32_t index) const;
+  Page* PageAt(Region* region, uint32_t index) const {
+    char* base = reinterpret_cast<char*>(region);
+    if (SinglePage()) return reinterpret_cast<Page*>(base + 16);
+    if (index == 0) return reinterpret_cast<Page*>(base + 32);
+    return reinterpret_cast<Page*>(base + index * pageBytes);
+  }
+  // Page bytes are a power of two.
+  uint32_t PageIndex(const void* block) const {
+    return uint32_t((reinterpret_cast<uintptr_t>(block) & ~regionMask) >> __builtin_ctzll(pageBytes));
+  }
   uint64_t PageSetupBytes(uint32_t index) const;
-  void SetupPage(Page* page, uint64_t bytes, bool scrub);
-  Region* NewRegion(bool scrub);
+  void SetupPage(Page* page, uint64_t bytes, bool scrub, bool check);
+  Region* NewRegion(bool scrub, bool check);
   void ReleaseRegion(Region* region);
   bool ValidateRegion(Region* region);
   bool ValidatePage(Page* page, uint64_t bytes);

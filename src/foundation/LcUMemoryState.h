@@ -41,6 +41,21 @@ struct LcUMemoryState {
   uint64_t pageSize = 4096, regionSize = 65536, largeLimit = 65536 * 128;
   LcUCriticalSection lock;
 
+  // Inline for the hot paths: with -fPIC, GCC does not inline a function
+  // that could be interposed.
+  LcUMemoryArena* SmallArena(uint64_t size, uint32_t alignment, uint64_t& rounded) const {
+    uint64_t unit = alignment < 8 ? 4 : 8;
+    rounded = (size + unit - 1) & ~(unit - 1);
+    return small[rounded / 4 - 1];
+  }
+  // Tables start at 513, 1025, 2049, 4097 and 8193 with steps 8 to 128;
+  // (size - 1) >> 9 is 1, 2-3, 4-7, 8-15 or 16-31 for them.
+  LcUMemoryArena* MediumArena(uint64_t size) const {
+    int t = 63 - __builtin_clzll((size - 1) >> 9);
+    uint64_t low = uint64_t(512) << t;
+    return medium[t][(size - low - 1) >> (3 + t)];
+  }
+
   // Only under the lock.
   static void Add(std::atomic<uint64_t>& counter, uint64_t bytes) {
     counter.store(counter.load(std::memory_order_relaxed) + bytes, std::memory_order_relaxed);

@@ -86,20 +86,6 @@ void LcUMemory::BuildTables() {
   }
 }
 
-LcUMemoryArena* LcUMemory::SmallArena(uint64_t size, uint32_t alignment, uint64_t& rounded) {
-  uint64_t unit = alignment < 8 ? 4 : 8;
-  rounded = (size + unit - 1) & ~(unit - 1);
-  return memoryState.small[rounded / 4 - 1];
-}
-
-LcUMemoryArena* LcUMemory::MediumArena(uint64_t size) {
-  // Tables start at 513, 1025, 2049, 4097 and 8193 with steps 8 to 128.
-  int t = 0;
-  while (size > (uint64_t(1024) << t)) ++t;
-  uint64_t low = uint64_t(512) << t;
-  return memoryState.medium[t][(size - low - 1) >> (3 + t)];
-}
-
 LcUMemoryArena* LcUMemory::ExactArena(uint64_t size) {
   LcUMemoryState& s = memoryState;
   for (int i = 0; i < s.exactCount; ++i)
@@ -111,8 +97,8 @@ LcUMemoryArena* LcUMemory::ArenaOf(uint64_t size) {
   LcUMemoryState& s = memoryState;
   if (size == 0) return nullptr;
   uint64_t rounded;
-  if (size <= LcUMemoryState::eSMALL_LIMIT) return SmallArena(size, 4, rounded);
-  if (size <= LcUMemoryState::eMEDIUM_LIMIT && s.mediumEnabled) return MediumArena(size);
+  if (size <= LcUMemoryState::eSMALL_LIMIT) return s.SmallArena(size, 4, rounded);
+  if (size <= LcUMemoryState::eMEDIUM_LIMIT && s.mediumEnabled) return s.MediumArena(size);
   return ExactArena(size);
 }
 
@@ -134,7 +120,7 @@ uint64_t LcUMemory::GoodSize(uint64_t n) {
 uint64_t LcUMemory::GetNextArenaSize(uint64_t n) {
   LcUMemoryState& s = memoryState;
   if (n < LcUMemoryState::eSMALL_LIMIT) return n + 4;
-  if (n < LcUMemoryState::eMEDIUM_LIMIT && s.mediumEnabled) return MediumArena(n + 1)->blockSize;
+  if (n < LcUMemoryState::eMEDIUM_LIMIT && s.mediumEnabled) return s.MediumArena(n + 1)->blockSize;
   uint64_t good = GoodSize(n + 1);
   return good < s.regionSize ? good : 0;
 }

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "ResourceTest.h"
 
@@ -46,6 +47,26 @@ TEST_F(LcUResourceStrings, DefinitionsReplaceAndResolvePending) {
   EXPECT_EQ(Text("b"), "two");
   EXPECT_EQ(Text("a"), "<one>") << "a resolved entry keeps its text";
   EXPECT_FALSE(LcUResource::DefineString("\xC3\xA9", u"x"));
+}
+
+// Keys that share prefixes and differ by one character or one byte of
+// length, across every tail length of the hash and many growths of the table.
+TEST_F(LcUResourceStrings, EveryKeyFindsItsOwnTextOnly) {
+  std::vector<std::string> keys = {""};
+  for (int i = 0; i < 3000; ++i) keys.push_back(std::string(size_t(i % 41), 'k') + std::to_string(i));
+  for (const char* key : {"a", "A", "ab", "abcdefgh", "abcdefgi", "bbcdefgh", "abcdefghX"}) keys.push_back(key);
+  const char16_t* first = nullptr;
+  for (size_t i = 0; i < keys.size(); ++i) {
+    std::u16string text = u"v" + std::u16string(keys[i].begin(), keys[i].end());
+    ASSERT_TRUE(LcUResource::DefineString(keys[i].c_str(), text.c_str())) << keys[i];
+    if (i == 1) first = LcUResource::FindString(keys[1].c_str(), nullptr);
+  }
+  for (const std::string& key : keys) {
+    EXPECT_EQ(Text(key.c_str()), "v" + key);
+    EXPECT_FALSE(LcUResource::HasString((key + "x").c_str())) << key;
+  }
+  for (const char* absent : {"abcdefg", "abcdefghi", "B", "k"}) EXPECT_FALSE(LcUResource::HasString(absent)) << absent;
+  EXPECT_EQ(LcUResource::FindString(keys[1].c_str(), nullptr), first) << "the text stays where it was";
 }
 
 TEST_F(LcUResourceStrings, SourceStringKeyIsFileAndLine) {

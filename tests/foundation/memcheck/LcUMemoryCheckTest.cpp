@@ -4,6 +4,7 @@
 #include <cstring>
 #include <string>
 
+#include "../ArenaTesting.h"
 #include "../ErrorTesting.h"
 #include "foundation/LcUMemory.h"
 #include "foundation/LcUMemoryPool.h"
@@ -93,6 +94,19 @@ TEST(LcUMemoryCheckDeathTest, DamagedFreeListsAndWrongArenasAreReported) {
         checks.Expect(Mentions("Dealloc: Block " + Hex(second) + " lies in region "), LogText());
         checks.Expect(LcUMemory::GetArenaUsedBlocks(64) == 1, "wrong free ignored");
         LcUMemory::Free(second, 64, 8);
+        checks.Finish();
+      },
+      testing::ExitedWithCode(0), "");
+}
+
+TEST(LcUMemoryCheckDeathTest, CheckedPagesHandOutInTheSameOrder) {
+  EXPECT_EXIT(
+      {
+        ScrubAndCheck();
+        ChildChecks checks;
+        std::string faults = ArenaTesting::HandOutOrderFaults();
+        checks.Expect(faults.empty(), faults);
+        checks.Expect(LogText().find("Memory") == std::string::npos, LogText());
         checks.Finish();
       },
       testing::ExitedWithCode(0), "");

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "../ArenaTesting.h"
 #include "../ErrorTesting.h"
 #include "foundation/LcUDeletable.h"
 #include "foundation/LcUMemory.h"
@@ -179,6 +180,10 @@ TEST_F(LcUMemoryTest, RegionKeepsPageZeroUntilItEmpties) {
   LcUMemory::Free(blocks.back(), size, 4);
   EXPECT_EQ(LcUMemory::GetArenaReservedBytes(size), 0u);
   EXPECT_EQ(LcUMemory::GetArenaUsedBlocks(size), 0u);
+}
+
+TEST_F(LcUMemoryTest, PagesHandOutHighestFirstAndFreedBlocksOnTop) {
+  EXPECT_EQ(ArenaTesting::HandOutOrderFaults(), "");
 }
 
 TEST_F(LcUMemoryTest, TerminateWithABlockOutstandingLeavesEverythingWorking) {

@@ -11,6 +11,7 @@
 
 #include "BenchRatioReporter.h"
 #include "environment/LcUResource.h"
+#include "environment/LcUSession.h"
 #include "environment/LcUSysFile.h"
 #include "environment/LcUSysFileHandle.h"
 #include "foundation/LcUError.h"
@@ -122,7 +123,9 @@ void PeerViewFind(benchmark::State& state) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  LcUError::Initialize();  // held so that each load starts only the table
+  // Held so that each load starts only the table.
+  LcUError::Initialize();
+  LcUSession::Initialize();
   benchmark::RegisterBenchmark("ours/load", OursLoad)->Unit(benchmark::kMillisecond);
   benchmark::RegisterBenchmark("unordered_map/load", PeerLoad)->Unit(benchmark::kMillisecond);
   benchmark::RegisterBenchmark("ours/find", OursFind)->Unit(benchmark::kMillisecond);
@@ -135,6 +138,7 @@ int main(int argc, char** argv) {
   reporter.PrintRatios("unordered_map_view", {"find"});
   benchmark::Shutdown();
   LcUSysFile::Delete(GetTable().path.Get(), true);
+  LcUSession::Terminate();
   LcUError::Terminate();
   return 0;
 }

@@ -1,16 +1,14 @@
-#include <string>
-#include <unordered_set>
-
 #include "environment/LcUResource.h"
 #include "environment/LcUResourceLanguages.h"
 #include "environment/LcUSysFile.h"
 #include "environment/LcUSysFileIterator.h"
+#include "foundation/LcUStringSet.h"
 
 void LcUResource::LoadNameFolder(const char16_t* folder, const char* prefix) {
   const char16_t* languages[LcUResourceLanguages::eCOUNT];
   int32_t count = LcUResourceLanguages::Get(languages);
   // The first language that has a file name wins.
-  std::unordered_set<std::u16string> seen;
+  LcUStringSet seen;
   for (int32_t i = 0; i < count; ++i) {
     LcUString languageFolder;
     LcUSysFile::Join(folder, languages[i], languageFolder);
@@ -18,7 +16,7 @@ void LcUResource::LoadNameFolder(const char16_t* folder, const char* prefix) {
       LcUString name, path;
       files.GetName(name);
       if (files.IsDirectory() || !LcUSysFile::HasExtension(name.Get(), u"name")) continue;
-      if (!seen.insert(std::u16string(name.Get(), size_t(name.Length()))).second) continue;
+      if (!seen.Insert(name.Get())) continue;
       files.GetPath(path);
       LoadNameFile(path.Get(), prefix);
     }

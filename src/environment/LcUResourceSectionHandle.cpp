@@ -28,7 +28,7 @@ bool LcUResourceSectionHandle::Next() {
       }
       entry = directory->GetEntry();
       const LcUString& name = entry->GetName();
-      if (!seen.insert(std::u16string(name.Get(), size_t(name.Length()))).second) {
+      if (!seen.Insert(name.Get())) {
         entry->Release();
         entry = nullptr;
         continue;

@@ -1,11 +1,10 @@
 #pragma once
 #include <cstdint>
 #include <optional>
-#include <string>
-#include <unordered_set>
 
 #include "environment/LcUSysFileIterator.h"
 #include "foundation/LcUString.h"
+#include "foundation/LcUStringSet.h"
 
 // The files of one section (a subfolder name) across the search
 // directories that mask selects; a name is given once, from the lowest index.
@@ -26,6 +25,6 @@ private:
   LcUSysFileEntry* entry = nullptr;
   LcUString section;
   uint32_t mask;
-  std::unordered_set<std::u16string> seen;
+  LcUStringSet seen;
   bool justOpened = false;
 };

@@ -5,8 +5,9 @@
 
 #include "environment/LcUResourceParseState.h"
 #include "foundation/LcUError.h"
+#include "foundation/LcUMemory.h"
 
-std::vector<std::string> LcUResourceTable::pending;
+std::vector<LcUResourceTable::Name, LcUAllocator<LcUResourceTable::Name>> LcUResourceTable::pending;
 LcUResourceFallback LcUResourceTable::fallback = nullptr;
 void* LcUResourceTable::fallbackContext = nullptr;
 
@@ -16,7 +17,7 @@ namespace {
 constexpr int32_t kMaxReplacements = 1024;
 constexpr int32_t kMaxSubstitutedLength = 1 << 18;
 
-bool IsAscii(const std::string& text) {
+bool IsAscii(std::string_view text) {
   for (char c : text)
     if (static_cast<unsigned char>(c) > 0x7F) return false;
   return true;
@@ -80,23 +81,24 @@ public:
     }
   }
 
-  // A new entry has a null value.
-  Entry& FindOrAdd(std::string_view key, uint64_t hash) {
-    if (Entry* entry = Find(key, hash)) return *entry;
-    if ((count + 1) * 2 > mask + 1) Grow();
+  // A new entry has a null value; null when memory can't be had.
+  Entry* FindOrAdd(std::string_view key, uint64_t hash) {
+    if (Entry* entry = Find(key, hash)) return entry;
+    if ((count + 1) * 2 > mask + 1 && !Grow()) return nullptr;
     Entry* entry = NewEntry(key);
+    if (!entry) return nullptr;
     Place(slots, mask, hash, entry);
     ++count;
-    return *entry;
+    return entry;
   }
 
   void Clear() {
     for (uint64_t i = 0; slots && i <= mask; ++i)
       if (slots[i].entry) slots[i].entry->~Entry();
-    delete[] slots;
+    if (slots) LcUMemory::Free(slots, (mask + 1) * sizeof(Slot), alignof(Slot));
     while (chunks) {
       Chunk* next = chunks->next;
-      ::operator delete(chunks);
+      LcUMemory::Free(chunks, chunks->bytes, alignof(Chunk));
       chunks = next;
     }
     slots = nullptr;
@@ -112,6 +114,7 @@ private:
   };
   struct Chunk {
     Chunk* next;
+    size_t bytes;
   };
   static constexpr size_t kChunkBytes = 65536;
 
@@ -121,21 +124,26 @@ private:
     table[i] = {hash, entry};
   }
 
-  void Grow() {
+  bool Grow() {
     uint64_t size = slots ? (mask + 1) * 2 : 64;
-    Slot* grown = new Slot[size]();
+    auto* grown = static_cast<Slot*>(LcUMemory::Alloc(size * sizeof(Slot), alignof(Slot), 0));
+    if (!grown) return false;
+    std::memset(static_cast<void*>(grown), 0, size * sizeof(Slot));
     for (uint64_t i = 0; slots && i <= mask; ++i)
       if (slots[i].entry) Place(grown, size - 1, slots[i].hash, slots[i].entry);
-    delete[] slots;
+    if (slots) LcUMemory::Free(slots, (mask + 1) * sizeof(Slot), alignof(Slot));
     slots = grown;
     mask = size - 1;
+    return true;
   }
 
   Entry* NewEntry(std::string_view key) {
     size_t bytes = (sizeof(Entry) + key.size() + 1 + alignof(Entry) - 1) & ~(alignof(Entry) - 1);
     if (bytes > left) {
       size_t size = sizeof(Chunk) + (bytes > kChunkBytes ? bytes : kChunkBytes);
-      Chunk* chunk = static_cast<Chunk*>(::operator new(size));
+      auto* chunk = static_cast<Chunk*>(LcUMemory::Alloc(size, alignof(Chunk), 0));
+      if (!chunk) return nullptr;
+      chunk->bytes = size;
       chunk->next = chunks;
       chunks = chunk;
       bump = reinterpret_cast<char*>(chunk + 1);
@@ -172,24 +180,28 @@ const LcUString* LcUResourceTable::Find(const char* key) {
   if (!fallback) return nullptr;
   const char16_t* answer = fallback(fallbackContext, key);
   if (!answer) return nullptr;
-  LcUString& slot = names.FindOrAdd(text, hash).value;
-  slot.Assign(answer);
-  return &slot;
+  NameMap::Entry* entry = names.FindOrAdd(text, hash);
+  if (!entry) return nullptr;
+  entry->value.Assign(answer);
+  return &entry->value;
 }
 
-LcUString& LcUResourceTable::Slot(std::string_view key) {
-  return names.FindOrAdd(key, HashKey(key)).value;
+LcUString* LcUResourceTable::Slot(std::string_view key) {
+  NameMap::Entry* entry = names.FindOrAdd(key, HashKey(key));
+  return entry ? &entry->value : nullptr;
 }
 
 bool LcUResourceTable::Add(const char* name, const char16_t* value, LcUResourceParseState* state,
                            const char* prefix) {
-  std::string key = prefix ? prefix : "";
+  Name key = prefix ? prefix : "";
   key += name;
   if (!IsAscii(key)) {
     if (state) Fail(state, "Internal name is not 7-bit ASCII.");
     return false;
   }
-  LcUString& slot = Slot(key);
+  LcUString* found = Slot(key);
+  if (!found) return false;
+  LcUString& slot = *found;
   slot.Free();
   LcUString given(value);
   if (key.size() >= 5 && key.compare(key.size() - 5, 5, "nosub") == 0) {
@@ -207,7 +219,7 @@ bool LcUResourceTable::Add(const char* name, const char16_t* value, LcUResourceP
   return true;
 }
 
-LcUResourceTable::Substitution LcUResourceTable::Substitute(const std::string& name, const LcUString& value,
+LcUResourceTable::Substitution LcUResourceTable::Substitute(const Name& name, const LcUString& value,
                                                             LcUString& out, LcUResourceParseState* state) {
   out.Free();
   if (value.IsNull() || value.Find(u"${") < 0) return eSUBSTITUTED;
@@ -261,7 +273,7 @@ void LcUResourceTable::Clear() {
   names.Clear();
   if (!pending.empty()) {
     LcUError::LogF("%d strings pending replacement:\n", int32_t(pending.size()));
-    for (const std::string& name : pending) LcUError::LogF("    %s\n", name.c_str());
+    for (const Name& name : pending) LcUError::LogF("    %s\n", name.c_str());
   }
-  std::vector<std::string>().swap(pending);
+  decltype(pending)().swap(pending);
 }

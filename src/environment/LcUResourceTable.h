@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "environment/LcUResource.h"
+#include "foundation/LcUAllocator.h"
 
 // The string table behind LcUResource: pairs, tag substitution and the
 // names still waiting for a tag's key.
@@ -24,13 +25,14 @@ public:
   static void Clear();
 
 private:
-  // The entry of key, made empty when new.
-  static LcUString& Slot(std::string_view key);
+  using Name = std::basic_string<char, std::char_traits<char>, LcUAllocator<char>>;
+  // The entry of key, made empty when new; null when memory can't be had.
+  static LcUString* Slot(std::string_view key);
   // out stays null when value holds no tag.
-  static Substitution Substitute(const std::string& name, const LcUString& value, LcUString& out,
+  static Substitution Substitute(const Name& name, const LcUString& value, LcUString& out,
                                  LcUResourceParseState* state);
 
-  static std::vector<std::string> pending;
+  static std::vector<Name, LcUAllocator<Name>> pending;
   static LcUResourceFallback fallback;
   static void* fallbackContext;
 };

@@ -33,15 +33,14 @@ LcUActionQueue::~LcUActionQueue() {
 void LcUActionQueue::Start() {
   stopped = paused = refusing = false;
   if (threadCount <= 0) return;
-  threads.reset(new LcUThread[size_t(threadCount)]);
   for (int32_t i = 0; i < threadCount; ++i) {
-    threadArgs.emplace_back(new WorkerRecord{i, this});
-    threads[size_t(i)].Create(Worker, threadArgs.back().get(), 0);
+    workers.emplace_back(i, this);
+    workers.back().thread.Create(RunWorker, &workers.back(), 0);
   }
 }
 
-uint32_t LcUActionQueue::Worker(void* argument) {
-  WorkerRecord* record = static_cast<WorkerRecord*>(argument);
+uint32_t LcUActionQueue::RunWorker(void* argument) {
+  Worker* record = static_cast<Worker*>(argument);
   record->queue->ThreadStart(record->index);
   record->queue->Run(record->index);
   record->queue->ThreadEnd(record->index);
@@ -155,7 +154,7 @@ bool LcUActionQueue::FindAction(Predicate predicate, void* context) {
   return found;
 }
 
-void LcUActionQueue::RemoveAll(std::vector<LcUAction*>& out, bool stayPaused) {
+void LcUActionQueue::RemoveAll(ActionList& out, bool stayPaused) {
   if (!stayPaused) Pause();
   lock.Lock();
   out.insert(out.end(), actions.begin(), actions.end());
@@ -205,12 +204,9 @@ void LcUActionQueue::Stop(bool waitForEmpty) {
   notFull.WakeAll();
   lock.Unlock();
 
-  if (threads) {
-    for (int32_t i = 0; i < threadCount; ++i)
-      if (threads[size_t(i)].IsRunning()) threads[size_t(i)].WaitForCompletion();
-  }
-  threadArgs.clear();
+  for (Worker& worker : workers)
+    if (worker.thread.IsRunning()) worker.thread.WaitForCompletion();
+  workers.clear();
   for (LcUAction* action : actions) delete action;
   actions.clear();
-  threads.reset();
 }

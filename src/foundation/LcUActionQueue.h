@@ -1,10 +1,10 @@
 #pragma once
 #include <cstdint>
 #include <deque>
-#include <memory>
 #include <vector>
 
 #include "foundation/LcUAction.h"
+#include "foundation/LcUAllocator.h"
 #include "foundation/LcUComponent.h"
 #include "foundation/LcUCondition.h"
 #include "foundation/LcUCriticalSection.h"
@@ -21,6 +21,7 @@ public:
   static void Terminate();
 
   typedef bool (*Predicate)(LcUAction* action, void* context);
+  using ActionList = std::vector<LcUAction*, LcUAllocator<LcUAction*>>;
 
   LcUActionQueue(int32_t maxActions, int32_t threadCount, bool refuseWhenFull, bool startThreads);
   // Stops without waiting: pending actions are deleted unrun.
@@ -39,7 +40,7 @@ public:
   int32_t GetSize();
   bool FindAction(Predicate predicate, void* context);
   // Appends the pending actions, oldest first, to out.
-  void RemoveAll(std::vector<LcUAction*>& out, bool stayPaused);
+  void RemoveAll(ActionList& out, bool stayPaused);
   void WaitForEmpty();
   // False at once when nothing is pending or running.
   bool WaitForAction();
@@ -52,11 +53,13 @@ protected:
   virtual void ThreadEnd(int32_t threadIndex) {}
 
 private:
-  struct WorkerRecord {
+  struct Worker {
+    Worker(int32_t index, LcUActionQueue* queue) : index(index), queue(queue) {}
+    LcUThread thread;
     int32_t index;
     LcUActionQueue* queue;
   };
-  static uint32_t Worker(void* argument);
+  static uint32_t RunWorker(void* argument);
   void Run(int32_t threadIndex);
   bool IsFull() const { return int32_t(actions.size()) >= maxActions; }
   void ClearPaused();
@@ -65,15 +68,15 @@ private:
   int32_t threadCount;
   bool refuseWhenFull;
   LcUCriticalSection lock;
-  std::deque<LcUAction*> actions;
+  std::deque<LcUAction*, LcUAllocator<LcUAction*>> actions;
   bool stopped = false;
   bool paused = false;
   bool refusing = false;
   int32_t activeCount = 0;
   LcUCriticalSection finishedLock;
-  std::vector<LcUAction*> finished;
-  std::vector<LcUAction*> processing;
-  std::unique_ptr<LcUThread[]> threads;
-  std::vector<std::unique_ptr<WorkerRecord>> threadArgs;
+  ActionList finished;
+  ActionList processing;
+  // A deque: workers never move once their threads run.
+  std::deque<Worker, LcUAllocator<Worker>> workers;
   LcUCondition notEmpty, notFull, empty, actionDone, resumed;
 };

@@ -240,7 +240,7 @@ TEST_F(LcUActionQueueTest, PendingActionsCanBeFoundAndTakenOut) {
   EXPECT_TRUE(queue.FindAction(hasId, &present));
   EXPECT_FALSE(queue.FindAction(hasId, &absent));
   for (bool stayPaused : {true, false}) {
-    std::vector<LcUAction*> out;
+    LcUActionQueue::ActionList out;
     queue.RemoveAll(out, stayPaused);
     EXPECT_EQ(queue.GetSize(), 0);
     ASSERT_EQ(out.size(), stayPaused ? size_t(eTOTAL) : 0u);

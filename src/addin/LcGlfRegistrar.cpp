@@ -44,14 +44,19 @@ void RemoveKey(const LcUString& parent, const LcGlfRegistryScript::Key& key) {
 }  // namespace
 
 HRESULT LcGlfRegistrar::Register(const LcGlfRegistryScript& script) {
+  LcUSysRegistry::Initialize();
   const LcUString root;
+  HRESULT hr = S_OK;
   for (const LcGlfRegistryScript::Key& key : script.GetKeys())
-    if (!WriteKey(root, key)) return kClassNotWritten;
-  return S_OK;
+    if (SUCCEEDED(hr) && !WriteKey(root, key)) hr = kClassNotWritten;
+  LcUSysRegistry::Terminate();
+  return hr;
 }
 
 HRESULT LcGlfRegistrar::Unregister(const LcGlfRegistryScript& script) {
+  LcUSysRegistry::Initialize();
   const LcUString root;
   for (const LcGlfRegistryScript::Key& key : script.GetKeys()) RemoveKey(root, key);
+  LcUSysRegistry::Terminate();
   return S_OK;
 }

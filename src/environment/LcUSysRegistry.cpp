@@ -14,6 +14,7 @@ bool LcUSysRegistry::Initialize() {
 
 void LcUSysRegistry::Terminate() {
   if (LcUSysError::UnregisterComponent(&component) != 1) return;
+  CloseAll();
   LcUString::Terminate();
 }
 

@@ -72,6 +72,9 @@ public:
   static void JoinKey(const char16_t* a, const char16_t* b, const char16_t* c, const char16_t* d, LcUString& out);
 
 private:
+  // The last Terminate lets go of what the platform holds open; a module
+  // that is unloaded leaves nothing behind.
+  static void CloseAll();
   static bool QueryValue(int hive, const char16_t* key, const char16_t* name, uint32_t accessExtra, uint32_t* type,
                          void* buffer, uint32_t* size);
 };

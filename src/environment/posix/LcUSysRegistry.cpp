@@ -92,6 +92,15 @@ LcUSysRegistryStore* StoreOf(int hive, const char16_t*& key, LcUString& branchKe
 }
 }  // namespace
 
+void LcUSysRegistry::CloseAll() {
+  knownLock.Lock();
+  for (KnownStore& known : knownStores) {
+    known.Take(nullptr);
+    for (LcUStringA& value : known.placing) value.Free();
+  }
+  knownLock.Unlock();
+}
+
 bool LcUSysRegistry::CreateKey(int hive, const char16_t* key) {
   LcUString branchKey;
   LcUSysRegistryStore* store = StoreOf(hive, key, branchKey);

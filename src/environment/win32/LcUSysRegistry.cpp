@@ -61,6 +61,9 @@ int64_t FileTimeValue(const FILETIME& time) {
 }
 }  // namespace
 
+// Every call opens and closes its own key.
+void LcUSysRegistry::CloseAll() {}
+
 bool LcUSysRegistry::CreateKey(int hive, const char16_t* key) {
   HKEY root = HiveKey(hive);
   HKEY handle = nullptr;

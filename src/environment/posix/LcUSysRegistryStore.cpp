@@ -476,42 +476,37 @@ bool LcUSysRegistryStore::GetKeyInfo(const char16_t* key, KeyInfo& info) {
   });
 }
 
-bool LcUSysRegistryStore::GetSubKey(const char16_t* key, uint32_t index, LcUString* name, LcUString* className,
-                                    int64_t* lastWriteTime) {
+template <typename Take>
+bool LcUSysRegistryStore::EntryAt(Statement which, const char16_t* key, uint32_t index, Take take) {
   Lock guard(lock);
   return Fresh([&] {
     int64_t id = FindKey(key, false, 0);
-    if (!id) return false;
-    Query child(Get(eCHILD_AT));
-    if (!child) return false;
-    sqlite3_bind_int64(child, 1, id);
-    sqlite3_bind_int64(child, 2, index);
+    Query entry(Get(which));
+    if (!id || !entry) return false;
+    sqlite3_bind_int64(entry, 1, id);
+    sqlite3_bind_int64(entry, 2, index);
     // A name the enumeration buffer can't hold ends the listing there.
-    if (!child.Row() ||
-        uint32_t(sqlite3_column_bytes16(child, 0)) / sizeof(char16_t) >= LcUSysRegistry::eMAX_NAME_UNITS)
+    if (!entry.Row() ||
+        uint32_t(sqlite3_column_bytes16(entry, 0)) / sizeof(char16_t) >= LcUSysRegistry::eMAX_NAME_UNITS)
       return false;
-    ColumnText(child, 0, name);
-    ColumnText(child, 1, className);
-    if (lastWriteTime) *lastWriteTime = sqlite3_column_int64(child, 2);
+    take(static_cast<sqlite3_stmt*>(entry));
     return true;
   });
 }
 
+bool LcUSysRegistryStore::GetSubKey(const char16_t* key, uint32_t index, LcUString* name, LcUString* className,
+                                    int64_t* lastWriteTime) {
+  return EntryAt(eCHILD_AT, key, index, [&](sqlite3_stmt* child) {
+    ColumnText(child, 0, name);
+    ColumnText(child, 1, className);
+    if (lastWriteTime) *lastWriteTime = sqlite3_column_int64(child, 2);
+  });
+}
+
 bool LcUSysRegistryStore::GetValueName(const char16_t* key, uint32_t index, LcUString* name, uint32_t* type) {
-  Lock guard(lock);
-  return Fresh([&] {
-    int64_t id = FindKey(key, false, 0);
-    if (!id) return false;
-    Query value(Get(eVALUE_AT));
-    if (!value) return false;
-    sqlite3_bind_int64(value, 1, id);
-    sqlite3_bind_int64(value, 2, index);
-    if (!value.Row() ||
-        uint32_t(sqlite3_column_bytes16(value, 0)) / sizeof(char16_t) >= LcUSysRegistry::eMAX_NAME_UNITS)
-      return false;
+  return EntryAt(eVALUE_AT, key, index, [&](sqlite3_stmt* value) {
     ColumnText(value, 0, name);
     if (type) *type = uint32_t(sqlite3_column_int64(value, 1));
-    return true;
   });
 }
 

@@ -79,6 +79,9 @@ private:
   // changed under them.
   template <typename Read>
   bool Fresh(Read read);
+  // The index-th row of an enumeration under key, handed to take.
+  template <typename Take>
+  bool EntryAt(Statement which, const char16_t* key, uint32_t index, Take take);
   bool Touch(int64_t id, int64_t now);
 
   sqlite3* db;

@@ -2,7 +2,7 @@
 #include "environment/LcUSysFile.h"
 #include "environment/LcUSysFileHandle.h"
 #include "environment/LcUSysNativeFile.h"
-#include "serial/LcUChecksum.h"
+#include "foundation/LcUChecksum.h"
 
 namespace {
 const int kReadWrite = LcUSysFileHandle::eACCESS_READ_WRITE;

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "EnvironmentTesting.h"
-#include "serial/LcUChecksum.h"
+#include "foundation/LcUChecksum.h"
 
 #ifdef TW_HAVE_ZLIB
 #include <zlib.h>

@@ -1,4 +1,4 @@
-#include "serial/LcUChecksum.h"
+#include "foundation/LcUChecksum.h"
 
 #include "foundation/LcUSysError.h"
 

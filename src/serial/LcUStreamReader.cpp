@@ -131,10 +131,18 @@ bool LcUStreamReader::FailEnd() {
   return Fail(eUNEXPECTED_END, "Unexpected end of data");
 }
 
+bool LcUStreamReader::ShortBlock() {
+  // Data that simply stops is an end inside a value; more data behind a
+  // block too short for what it must hold is malformed.
+  blockCurrent = blockEnd;
+  if (!NextBlock()) return error ? false : FailEnd();
+  return Fail(eMALFORMED, "Malformed data");
+}
+
 bool LcUStreamReader::SkipPad(uint32_t size) {
   if (!blockStart) return true;
   uint32_t pad = uint32_t(-(blockCurrent - blockStart)) & (size - 1);
-  if (pad > uint32_t(blockEnd - blockCurrent)) return Fail(eMALFORMED, "Malformed data");
+  if (pad > uint32_t(blockEnd - blockCurrent)) return ShortBlock();
   for (uint32_t i = 0; i < pad; ++i)
     if (blockCurrent[i] != 0) return Fail(eMALFORMED, "Malformed data");
   blockCurrent += pad;

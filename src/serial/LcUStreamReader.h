@@ -106,6 +106,7 @@ private:
   void GetAscii(void* values, uint32_t count, int32_t code);
   void GetQuoted(LcUStringA& text);
   bool SkipPad(uint32_t size);
+  bool ShortBlock();
   bool NextBlock();
   void DropBlock();
   int Peek() { return blockCurrent < blockEnd || NextBlock() ? *blockCurrent : -1; }

@@ -55,7 +55,7 @@ void LcUStreamReader::GetBinary(void* values, uint32_t count, int32_t code) {
     uint32_t room = uint32_t(blockEnd - blockCurrent) / wire;
     // An element never straddles two blocks.
     if (room == 0) {
-      Fail(eMALFORMED, "Malformed data");
+      ShortBlock();
       return;
     }
     uint32_t n = count < room ? count : room;

@@ -132,9 +132,11 @@ int32_t LcUStreamReader::ReadInt32Checked(int32_t maximum) {
 }
 
 bool LcUStreamReader::ReadString(LcUStringA& text) {
-  text.Free();
   if (!error && debug) ExpectToken(eSTRING, 0, false);
-  if (error) return false;
+  if (error) {
+    text.Free();
+    return false;
+  }
   if (ascii) {
     GetQuoted(text);
   } else {
@@ -145,7 +147,11 @@ bool LcUStreamReader::ReadString(LcUStringA& text) {
       std::snprintf(read, sizeof read, "%d", length);
       FailMismatch(read, "String length");
     }
-    if (!error && length >= 0) text.Assign("", 0);
+    // The caller's buffer is reused: a string read per record costs no allocation.
+    if (error || length < 0)
+      text.Free();
+    else
+      text.Clear();
     // Appended as the data comes, so a hostile length costs only what is there.
     for (uint32_t left = length > 0 ? uint32_t(length) : 0; left > 0 && !error;) {
       if (blockCurrent == blockEnd && !NextBlock()) {
@@ -172,11 +178,12 @@ bool LcUStreamReader::ReadString(LcUStringA& text) {
 void LcUStreamReader::GetQuoted(LcUStringA& text) {
   SkipWhite();
   if (Peek() == 'l') {
+    text.Free();
     ExpectText("linull");
     return;
   }
   if (!ExpectText("\"")) return;
-  text.Assign("", 0);
+  text.Clear();
   char run[256];
   uint32_t used = 0;
   for (;;) {

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "serial/LcUStreamFilterSink.h"
+#include "serial/LcUStreamFormat.h"
 #include "serial/LcUStreamHeader.h"
 #include "serial/LcUStreamSink.h"
 #include "serial/LcUStreamTypes.h"
@@ -15,10 +16,42 @@ bool IsWhite(int c) {
 
 LcUStreamReader::LcUStreamReader(LcUStreamSink* sink, uint32_t formatVersion) : LcUStream(sink, formatVersion) {}
 
-LcUStreamReader::~LcUStreamReader() = default;
+LcUStreamReader::~LcUStreamReader() {
+  EndTables();
+}
 
 void LcUStreamReader::OfferFilter(LcUStreamFilterSink* filter) {
   offered.push_back(filter);
+}
+
+void LcUStreamReader::OfferFormat(LcUStreamFormat* offer) {
+  offeredFormats.push_back(offer);
+}
+
+bool LcUStreamReader::SelectFormat(const char* word, bool strict) {
+  format = nullptr;
+  if (std::strcmp(word, LcUStreamHeader::kNoFormat) == 0) {
+    formatName.Free();
+    formatVersion = 0;
+    return true;
+  }
+  formatName.Assign(word);
+  for (LcUStreamFormat* offer : offeredFormats) {
+    if (offer->name.Get() && std::strcmp(offer->name.Get(), word) == 0) {
+      format = offer;
+      formatVersion = offer->version;
+      return true;
+    }
+  }
+  for (LcUStreamFormat* offer : offeredFormats) {
+    uint32_t version = offer->version;
+    if (offer->matchName && offer->matchName(offer, word, &version)) {
+      format = offer;
+      formatVersion = version;
+      return true;
+    }
+  }
+  return !strict || Fail(eUNKNOWN_CONFIGURATION, "Unknown configuration");
 }
 
 bool LcUStreamReader::ReadBegin(bool readHeader, bool strict) {
@@ -30,7 +63,11 @@ bool LcUStreamReader::ReadBegin(bool readHeader, bool strict) {
   bitWordCount = 0;
   alignState = 0;
   blockStart = blockEnd = blockCurrent = nullptr;
-  if (!readHeader) return BeginFilters();
+  EndTables();
+  if (!readHeader) {
+    StartTables();
+    return BeginFilters();
+  }
   filters.clear();
   if (!sink->ReadBegin(this)) return Fail(eREAD_BEGIN_FAILED, "ReadBegin failed");
   head = blockSink = sink;
@@ -46,7 +83,9 @@ bool LcUStreamReader::ReadBegin(bool readHeader, bool strict) {
   }
   LinkChain();
   blockSink = head;
-  return true;
+  StartTables();
+  if (strict && format && format->writeDefinitions) ReadDefinitions();
+  return error == 0;
 }
 
 bool LcUStreamReader::BeginFilters() {
@@ -85,6 +124,13 @@ bool LcUStreamReader::ReadEnd(bool checkEnd) {
   if (!ended) Fail(eREAD_END_FAILED, "ReadEnd failed");
   UnlinkChain();
   blockSink = nullptr;
+  // Objects may depend on their references from here on.
+  for (size_t i = 0; i < objects.size(); ++i) {
+    int32_t entry = objectEntries[i];
+    if (entry < 0 || !objects[i] || !workingFormat || !workingFormat->IsEntry(entry)) continue;
+    if (LcUStreamFixUpFunction fixUp = workingFormat->entries[size_t(entry)].fixUp) fixUp(this, entry, objects[i]);
+  }
+  EndTables();
   return error == 0;
 }
 
@@ -286,15 +332,7 @@ bool LcUStreamReader::ReadHeader(bool strict) {
     if (length == 0) continue;
     if (first) {
       first = false;
-      format = nullptr;
-      if (std::strcmp(word, LcUStreamHeader::kNoFormat) == 0) {
-        formatName.Free();
-        formatVersion = 0;
-      } else if (strict) {
-        return Fail(eUNKNOWN_CONFIGURATION, "Unknown configuration");
-      } else {
-        formatName.Assign(word);
-      }
+      if (!SelectFormat(word, strict)) return false;
       continue;
     }
     LcUStreamFilterSink* named = nullptr;

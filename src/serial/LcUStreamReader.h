@@ -5,6 +5,8 @@
 #include "foundation/LcUString.h"
 #include "serial/LcUStream.h"
 
+class LcUStreamUnknownData;
+
 // Typed values from a sink, the exact counterpart of LcUStreamWriter. Reading
 // is strict: a bad pad, token or word fails the stream, and from then on
 // every read gives zeros and consumes nothing.
@@ -21,6 +23,19 @@ public:
   void Sync();
   // A filter that a header may name.
   void OfferFilter(LcUStreamFilterSink* filter);
+  // A format that a header may name, tried in the order offered.
+  void OfferFormat(LcUStreamFormat* format);
+
+  // An object of `expectedEntry` (fails with 24 otherwise), or null.
+  void* ReadObject(int32_t expectedEntry);
+  // An object of any entry; for a class the format lacks, the object is of
+  // its nearest known base and `unknownData`, if given, receives the rest.
+  void* ReadAnyObject(int32_t* entry, LcUStreamUnknownData** unknownData);
+  // The counterpart of the writer's WriteKnownId: `id` must be the next one.
+  bool ReadKnownId(uint32_t id, void* object, int32_t entry);
+  // The format as the file's definitions extended it; the caller owns it
+  // from here on, and it serves to write objects with unknown tails again.
+  LcUStreamFormat* TakeWorkingFormat();
 
   uint8_t ReadNat8() {
     if (alignState > 0 && blockCurrent < blockEnd && !(ascii | debug | error)) {
@@ -84,6 +99,14 @@ public:
   uint32_t bitWord = 0;
   uint32_t bitsLeft = 0;
   uint32_t bitWordCount = 0;
+  LcUStreamFormat* workingFormat = nullptr;
+  int32_t ownsWorkingFormat = 0;
+  uint32_t nextId = 100;
+  // By id - 100: each object read and the entry it was made as.
+  std::vector<void*, LcUAllocator<void*>> objects;
+  std::vector<int32_t, LcUAllocator<int32_t>> objectEntries;
+  // An entry index in the file to one in the working format.
+  std::vector<int32_t, LcUAllocator<int32_t>> entryMap;
 
 protected:
   int32_t MessageLine() const override { return ascii ? line : 0; }
@@ -117,7 +140,22 @@ private:
   bool Choose(char first, const char* yes, const char* no, bool& chosen);
   uint32_t ReadHeaderWord(char* word, bool& lineEnded);
   bool BeginFilters();
+  bool SelectFormat(const char* word, bool strict);
+  void StartTables();
+  void ReadDefinitions();
+  bool Define(int32_t index, const char* name, int32_t base);
+  void EndTables();
+  // A reference: 0 null, 1 an earlier object, 2 a first time; the id and the
+  // entry in the working format.
+  // Copying passes on references without looking them up.
+  int32_t ReadReference(uint32_t* id, int32_t* entry, bool lookedUp = true);
+  int32_t MappedEntry(int32_t fileEntry) const;
+  void* ReadFirstTime(uint32_t id, int32_t entry, int32_t* working, LcUStreamUnknownData** unknownData);
+  void AddObject(void* object, int32_t entry);
+
+  friend class LcUStreamCopy;
 
   LcUStreamSink* blockSink = nullptr;
   std::vector<LcUStreamFilterSink*, LcUAllocator<LcUStreamFilterSink*>> offered;
+  std::vector<LcUStreamFormat*, LcUAllocator<LcUStreamFormat*>> offeredFormats;
 };

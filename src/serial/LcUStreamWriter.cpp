@@ -1,6 +1,7 @@
 #include "serial/LcUStreamWriter.h"
 
 #include "serial/LcUStreamFilterSink.h"
+#include "serial/LcUStreamFormat.h"
 #include "serial/LcUStreamHeader.h"
 #include "serial/LcUStreamSink.h"
 
@@ -8,8 +9,14 @@ LcUStreamWriter::LcUStreamWriter(LcUStreamSink* sink, uint32_t formatVersion) : 
 
 LcUStreamWriter::~LcUStreamWriter() = default;
 
-bool LcUStreamWriter::WriteBegin(bool writeHeader) {
+bool LcUStreamWriter::WriteBegin(bool writeHeader, bool writeDefinitions) {
   error = 0;
+  objectIds.clear();
+  nextId = 100;
+  if (format) {
+    formatName.Assign(format->name.Get());
+    formatVersion = format->version;
+  }
   bitWord = 0;
   bitsFree = 32;
   bitWordCount = 0;
@@ -35,6 +42,7 @@ bool LcUStreamWriter::WriteBegin(bool writeHeader) {
     Flush();
   }
   blockSink = head;
+  if (writeHeader && format && format->writeDefinitions) WriteDefinitions(writeDefinitions);
   return error == 0;
 }
 
@@ -46,6 +54,7 @@ bool LcUStreamWriter::WriteEnd() {
   ended = sink->WriteEnd() && ended;
   if (!ended) Fail(eWRITE_END_FAILED, "WriteEnd failed");
   UnlinkChain();
+  objectIds.clear();
   blockSink = nullptr;
   blockStart = blockEnd = blockCurrent = nullptr;
   alignState = 0;

@@ -1,8 +1,12 @@
 #pragma once
 #include <cstdint>
 #include <cstring>
+#include <functional>
+#include <unordered_map>
 
 #include "serial/LcUStream.h"
+
+class LcUStreamUnknownData;
 
 // Typed values into a sink, in ascii or binary, with a type token before
 // each value in debug streams. Values go straight into the block the head
@@ -12,7 +16,9 @@ public:
   explicit LcUStreamWriter(LcUStreamSink* sink, uint32_t formatVersion = 0);
   ~LcUStreamWriter();
 
-  bool WriteBegin(bool writeHeader = true);
+  // The definitions go out after the header when the format writes them;
+  // `writeDefinitions` says whether they list the derived classes.
+  bool WriteBegin(bool writeHeader = true, bool writeDefinitions = false);
   // Flushes and ends the chain; true when the stream had no error.
   bool WriteEnd();
   // A sync point: the token in debug, padding to 8 in binary, the block
@@ -71,6 +77,18 @@ public:
   void SetDoubleZeroThreshold(double threshold) { doubleZeroThreshold = threshold; }
   void SetValuesPerLine(int32_t count) { valuesPerLine = count; }
 
+  // Each object once, then references to its id; 0 for null. An object read
+  // as a base of a class this format lacks gives its unknown tail back here.
+  uint32_t WriteObject(const void* object, int32_t entry, const LcUStreamUnknownData* unknownData = nullptr);
+  // Counts an object as written without writing it; its id, 0 on failure.
+  uint32_t WriteKnownId(const void* object, int32_t entry);
+
+  // The object layer's forms, for copying.
+  void WriteNullObject();
+  void WriteObjectUse(uint32_t id);
+  void WriteObjectDef(uint32_t id, int32_t entry, const char* name);
+  void WriteObjectClose();
+
   // Raw ascii text at the current place, for the object layer's own words.
   void WriteText(const char* text, uint32_t length);
   void WriteIndent();
@@ -90,8 +108,10 @@ public:
   uint32_t bitWord = 0;
   uint32_t bitsFree = 32;
   uint32_t bitWordCount = 0;
+  uint32_t nextId = 100;
 
 private:
+  friend class LcUStreamCopy;
   template <typename T>
   void PutScalar(T value, int32_t code) {
     if (alignState >= int32_t(sizeof(T)) && blockEnd - blockCurrent >= int32_t(sizeof(T)) && !(ascii | debug | error)) {
@@ -111,6 +131,12 @@ private:
   bool CommitBlock();
   uint32_t WireSize(int32_t code) const;
 
+  void PutRaw32(uint32_t value) { PutBinary(&value, 1, eNAT32); }
+  void WriteDefinitions(bool derived);
+
   // The header goes to the base sink, past the filters.
   LcUStreamSink* blockSink = nullptr;
+  std::unordered_map<const void*, uint32_t, std::hash<const void*>, std::equal_to<const void*>,
+                     LcUAllocator<std::pair<const void* const, uint32_t>>>
+      objectIds;
 };

@@ -42,7 +42,11 @@ TEST_F(CameraStream, TheVersionGatesTheOffsets) {
       expected.verticalOffset = 9.0;
       expected.horizontalOffset = 8.0;
     }
-    EXPECT_EQ(0, std::memcmp(&expected, &read, sizeof read)) << version;
+    // Field by field: the image has padding after the projection.
+    EXPECT_EQ(expected.projection, read.projection);
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(expected.position[i], read.position[i]);
+    EXPECT_EQ(0, std::memcmp(&expected.rotation, &read.rotation, sizeof read.rotation));
+    EXPECT_EQ(0, std::memcmp(&expected.aspect, &read.aspect, sizeof(double) * 6)) << version;
   }
 }
 

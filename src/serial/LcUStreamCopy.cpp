@@ -1,6 +1,7 @@
 #include "serial/LcUStreamCopy.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 #include "foundation/LcUMemory.h"

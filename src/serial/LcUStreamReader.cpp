@@ -125,10 +125,10 @@ bool LcUStreamReader::ReadEnd(bool checkEnd) {
   UnlinkChain();
   blockSink = nullptr;
   // Objects may depend on their references from here on.
-  for (size_t i = 0; i < objects.size(); ++i) {
-    int32_t entry = objectEntries[i];
-    if (entry < 0 || !objects[i] || !workingFormat || !workingFormat->IsEntry(entry)) continue;
-    if (LcUStreamFixUpFunction fixUp = workingFormat->entries[size_t(entry)].fixUp) fixUp(this, entry, objects[i]);
+  for (uint32_t i = 0; i < objects.Size(); ++i) {
+    const LcUStreamObjectList::Row& row = objects[i];
+    if (row.entry < 0 || !row.object || !workingFormat || !workingFormat->IsEntry(row.entry)) continue;
+    if (LcUStreamFixUpFunction fixUp = workingFormat->entries[size_t(row.entry)].fixUp) fixUp(this, row.entry, row.object);
   }
   EndTables();
   return error == 0;

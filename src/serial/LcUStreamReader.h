@@ -4,6 +4,7 @@
 
 #include "foundation/LcUString.h"
 #include "serial/LcUStream.h"
+#include "serial/LcUStreamObjectList.h"
 
 class LcUStreamUnknownData;
 
@@ -103,8 +104,7 @@ public:
   int32_t ownsWorkingFormat = 0;
   uint32_t nextId = 100;
   // By id - 100: each object read and the entry it was made as.
-  std::vector<void*, LcUAllocator<void*>> objects;
-  std::vector<int32_t, LcUAllocator<int32_t>> objectEntries;
+  LcUStreamObjectList objects;
   // An entry index in the file to one in the working format.
   std::vector<int32_t, LcUAllocator<int32_t>> entryMap;
 
@@ -151,7 +151,7 @@ private:
   int32_t ReadReference(uint32_t* id, int32_t* entry, bool lookedUp = true);
   int32_t MappedEntry(int32_t fileEntry) const;
   void* ReadFirstTime(uint32_t id, int32_t entry, int32_t* working, LcUStreamUnknownData** unknownData);
-  void AddObject(void* object, int32_t entry);
+  bool AddObject(void* object, int32_t entry);
 
   friend class LcUStreamCopy;
 

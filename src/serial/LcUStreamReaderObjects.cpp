@@ -31,8 +31,7 @@ void LcUStreamReader::StartTables() {
 }
 
 void LcUStreamReader::EndTables() {
-  objects.clear();
-  objectEntries.clear();
+  objects.Clear();
   entryMap.clear();
   if (ownsWorkingFormat) delete workingFormat;
   workingFormat = nullptr;
@@ -112,9 +111,8 @@ int32_t LcUStreamReader::MappedEntry(int32_t fileEntry) const {
   return entryMap[size_t(fileEntry)];
 }
 
-void LcUStreamReader::AddObject(void* object, int32_t entry) {
-  objects.push_back(object);
-  objectEntries.push_back(entry);
+bool LcUStreamReader::AddObject(void* object, int32_t entry) {
+  return objects.Add(object, entry) || Fail(eCREATE_FAILED, "No memory for object %u", nextId - 1);
 }
 
 int32_t LcUStreamReader::ReadReference(uint32_t* id, int32_t* entry, bool lookedUp) {
@@ -199,7 +197,7 @@ void* LcUStreamReader::ReadFirstTime(uint32_t id, int32_t entry, int32_t* workin
     return nullptr;
   }
   // Recorded before its fields are read, so that cycles resolve.
-  AddObject(object, *working);
+  if (!AddObject(object, *working)) return nullptr;
   int32_t wasDebug = debug;
   if (e.baseEntry != LcUStreamFormatEntry::eROOT) debug = 1;
   if (!e.readObject(this, *working, object)) Fail(eREAD_OBJECT_FAILED, "Failed to read object %u", id);
@@ -250,8 +248,9 @@ void* LcUStreamReader::ReadAnyObject(int32_t* entry, LcUStreamUnknownData** unkn
   int32_t kind = ReadReference(&id, &fileEntry);
   if (kind == 0) return nullptr;
   if (kind == 1) {
-    if (entry) *entry = objectEntries[id - 100];
-    return objects[id - 100];
+    const LcUStreamObjectList::Row& row = objects[id - 100];
+    if (entry) *entry = row.entry;
+    return row.object;
   }
   int32_t working = -1;
   void* object = ReadFirstTime(id, fileEntry, &working, unknownData);

@@ -11,7 +11,7 @@ LcUStreamWriter::~LcUStreamWriter() = default;
 
 bool LcUStreamWriter::WriteBegin(bool writeHeader, bool writeDefinitions) {
   error = 0;
-  objectIds.clear();
+  objectIds.Clear();
   nextId = 100;
   if (format) {
     formatName.Assign(format->name.Get());
@@ -54,7 +54,7 @@ bool LcUStreamWriter::WriteEnd() {
   ended = sink->WriteEnd() && ended;
   if (!ended) Fail(eWRITE_END_FAILED, "WriteEnd failed");
   UnlinkChain();
-  objectIds.clear();
+  objectIds.Clear();
   blockSink = nullptr;
   blockStart = blockEnd = blockCurrent = nullptr;
   alignState = 0;

@@ -1,10 +1,8 @@
 #pragma once
 #include <cstdint>
 #include <cstring>
-#include <functional>
-#include <unordered_map>
-
 #include "serial/LcUStream.h"
+#include "serial/LcUStreamObjectIds.h"
 
 class LcUStreamUnknownData;
 
@@ -136,7 +134,5 @@ private:
 
   // The header goes to the base sink, past the filters.
   LcUStreamSink* blockSink = nullptr;
-  std::unordered_map<const void*, uint32_t, std::hash<const void*>, std::equal_to<const void*>,
-                     LcUAllocator<std::pair<const void* const, uint32_t>>>
-      objectIds;
+  LcUStreamObjectIds objectIds;
 };

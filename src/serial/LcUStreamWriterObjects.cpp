@@ -82,9 +82,11 @@ uint32_t LcUStreamWriter::WriteKnownId(const void* object, int32_t entry) {
   if (error) return 0;
   if (!format) return Fail(eNO_FORMAT, "No format for stream");
   if (!format->IsEntry(entry)) return Fail(eNO_ENTRY, "No entry %d in format for object", entry);
-  auto inserted = objectIds.emplace(object, nextId);
-  if (inserted.second) ++nextId;
-  return inserted.first->second;
+  bool added;
+  uint32_t id = objectIds.Insert(object, nextId, added);
+  if (!id) return Fail(eWRITE_OBJECT_FAILED, "No memory for object ids");
+  if (added) ++nextId;
+  return id;
 }
 
 uint32_t LcUStreamWriter::WriteObject(const void* object, int32_t entry, const LcUStreamUnknownData* unknownData) {
@@ -105,12 +107,14 @@ uint32_t LcUStreamWriter::WriteObject(const void* object, int32_t entry, const L
     if (!tail.writeObject || tail.baseEntry == LcUStreamFormatEntry::eEMPTY)
       return Fail(eNO_ENTRY, "No method for entry %d in format for object", recorded);
   }
-  auto inserted = objectIds.emplace(object, nextId);
-  if (!inserted.second) {
-    WriteObjectUse(inserted.first->second);
-    return inserted.first->second;
+  bool added;
+  uint32_t id = objectIds.Insert(object, nextId, added);
+  if (!id) return Fail(eWRITE_OBJECT_FAILED, "No memory for object ids");
+  if (!added) {
+    WriteObjectUse(id);
+    return id;
   }
-  uint32_t id = nextId++;
+  ++nextId;
   WriteObjectDef(id, recorded, format->entries[size_t(recorded)].name.Get());
   int32_t wasDebug = debug;
   // Derived classes are always self-describing, so that a reader that does

@@ -1,0 +1,58 @@
+#include "serial/LcUXMLDOMStream.h"
+
+#include "environment/LcUResource.h"
+#include "foundation/LcUError.h"
+#include "foundation/LcUSysError.h"
+#include "serial/LcUXMLStream.h"
+
+LcUComponent LcUXMLDOMStream::component;
+
+namespace {
+LcUXMLDOMStreamProvider* provider = nullptr;
+}  // namespace
+
+bool LcUXMLDOMStream::Initialize() {
+  if (LcUSysError::RegisterComponent(&component, "LcUXMLDOMStream") != 1) return true;
+  LcUXMLStream::Initialize();
+  LcUError::Initialize();
+  LcUString::Initialize();
+  LcUResource::Initialize();
+  return true;
+}
+
+void LcUXMLDOMStream::Terminate() {
+  if (LcUSysError::UnregisterComponent(&component) != 1) return;
+  LcUResource::Terminate();
+  LcUString::Terminate();
+  LcUError::Terminate();
+  LcUXMLStream::Terminate();
+}
+
+bool LcUXMLDOMStream::EndElement(const LcUString& name) {
+  LcUStringA narrow;
+  LcUString::UTF16ToUTF8(name.Get() ? name.Get() : u"", narrow, true);
+  return EndElement(narrow.Get());
+}
+
+LcUXMLDOMStreamProvider* LcUXMLDOMStream::SetProvider(LcUXMLDOMStreamProvider* next) {
+  LcUXMLDOMStreamProvider* previous = provider;
+  provider = next;
+  return previous;
+}
+
+LcUXMLDOMStreamProvider* LcUXMLDOMStream::GetProvider() {
+  return provider;
+}
+
+LcUXMLDOMStream* LcUXMLDOMStream::CreateReadStream(const char16_t* source, int32_t flag) {
+  return provider ? provider->CreateReadStream(source, flag) : nullptr;
+}
+
+LcUXMLDOMStream* LcUXMLDOMStream::CreateWriteStream(const char16_t* target, int32_t version, int32_t indent,
+                                                    int32_t declaration) {
+  return provider ? provider->CreateWriteStream(target, version, indent, declaration) : nullptr;
+}
+
+void LcUXMLDOMStream::DestroyStream(LcUXMLDOMStream* stream) {
+  if (provider && stream) provider->DestroyStream(stream);
+}

@@ -1,0 +1,47 @@
+#include "serial/LcUXMLEnumeration.h"
+
+#include <cstring>
+
+#include "serial/LcUXMLDOMStream.h"
+#include "serial/LcUXMLStream.h"
+
+const char* LcUXMLEnumeration::WordOf(int32_t number) const {
+  for (int32_t i = 0; i < count; ++i)
+    if (pairs[i].number == number) return pairs[i].word;
+  return nullptr;
+}
+
+bool LcUXMLEnumeration::Serialise(LcUXMLDOMStream& stream, const char* attribute, int32_t& number, int32_t defaultValue) {
+  LcUString name;
+  LcUString::AsciiToWide(attribute, name);
+  if (stream.IsWriting()) {
+    const char* word = WordOf(number);
+    if (!word) {
+      status = 16;
+      errorText.Format(u"Enum serialisation error: (\"%ls\") %d is unrecognised.", name.Get(), number);
+      LcUXMLStream::SetError(stream, status, errorText.Get());
+      return false;
+    }
+    LcUStringA text(word);
+    return stream.NarrowAttribute(attribute, text);
+  }
+  LcUStringA text;
+  number = defaultValue;
+  if (!stream.NarrowAttribute(attribute, text)) {
+    status = 17;
+    errorText.Format(u"Enum serialisation error: attribute \"%ls\" was not found.", name.Get());
+    LcUXMLStream::SetError(stream, status, errorText.Get());
+    return false;
+  }
+  for (int32_t i = 0; i < count; ++i) {
+    if (std::strcmp(pairs[i].word, text.Get() ? text.Get() : "") != 0) continue;
+    number = pairs[i].number;
+    return true;
+  }
+  LcUString word;
+  LcUString::UTF8ToUTF16(text.Get() ? text.Get() : "", -1, word);
+  status = 15;
+  errorText.Format(u"Enum serialisation error: (\"%ls\") \"%ls\" is unrecognised.", name.Get(), word.Get());
+  LcUXMLStream::SetError(stream, status, errorText.Get());
+  return false;
+}

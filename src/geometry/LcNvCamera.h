@@ -10,6 +10,7 @@
 
 class LcUStreamReader;
 class LcUStreamWriter;
+class LcUXMLDOMStream;
 
 // A viewpoint: position, orientation and view volume. Its memory image is the
 // camera of the TrackBack record, so the fields, their order and the padding
@@ -82,6 +83,8 @@ public:
   // and reading them leaves the offsets as they were.
   bool Read(LcUStreamReader& stream);
   bool Write(LcUStreamWriter& stream) const;
+  // The element "camera"; reads or writes as the stream does.
+  bool SerialiseXML(LcUXMLDOMStream& stream);
 
   int32_t projection = ePERSPECTIVE;
   LcLPoint3f position{0.0, 0.0, 1.0};

@@ -6,6 +6,7 @@
 #include "serial/LcUStream.h"
 #include "serial/LcUStreamObjectList.h"
 
+class LcUNameTable;
 class LcUStreamUnknownData;
 
 // Typed values from a sink, the exact counterpart of LcUStreamWriter. Reading
@@ -103,6 +104,8 @@ public:
   LcUStreamFormat* workingFormat = nullptr;
   int32_t ownsWorkingFormat = 0;
   uint32_t nextId = 100;
+  // Where names read go to be shared; none by default.
+  LcUNameTable* names = nullptr;
   // By id - 100: each object read and the entry it was made as.
   LcUStreamObjectList objects;
   // An entry index in the file to one in the working format.
@@ -154,6 +157,9 @@ private:
   bool AddObject(void* object, int32_t entry);
 
   friend class LcUStreamCopy;
+  friend class LcUStreamNameHooks;
+  // The row of a name, which the table holds a count on.
+  enum : int32_t { eNAME_ROW = -2 };
 
   LcUStreamSink* blockSink = nullptr;
   std::vector<LcUStreamFilterSink*, LcUAllocator<LcUStreamFilterSink*>> offered;

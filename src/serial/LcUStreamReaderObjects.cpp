@@ -5,6 +5,7 @@
 
 #include "serial/LcUStreamBuffer.h"
 #include "serial/LcUStreamCopy.h"
+#include "serial/LcUName.h"
 #include "serial/LcUStreamFormat.h"
 #include "serial/LcUStreamReader.h"
 #include "serial/LcUStreamUnknownData.h"
@@ -31,6 +32,8 @@ void LcUStreamReader::StartTables() {
 }
 
 void LcUStreamReader::EndTables() {
+  for (uint32_t i = 0; i < objects.Size(); ++i)
+    if (objects[i].entry == eNAME_ROW && objects[i].object) static_cast<LcUName*>(objects[i].object)->Release();
   objects.Clear();
   entryMap.clear();
   if (ownsWorkingFormat) delete workingFormat;

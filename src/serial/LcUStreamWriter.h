@@ -110,6 +110,7 @@ public:
 
 private:
   friend class LcUStreamCopy;
+  friend class LcUStreamNameHooks;
   template <typename T>
   void PutScalar(T value, int32_t code) {
     if (alignState >= int32_t(sizeof(T)) && blockEnd - blockCurrent >= int32_t(sizeof(T)) && !(ascii | debug | error)) {

@@ -215,3 +215,41 @@ TEST_F(DataTest, BinaryFormsByVersion) {
   }
 }
 }  // namespace
+
+#include "serial/LcUNameTable.h"
+#include "serial/LcUStreamNameHooks.h"
+
+namespace {
+TEST_F(DataTest, NamesGoByReferenceOnceHooksAreInstalled) {
+  LcUStreamNameHooks::Install();
+  LcUData a = Make(LcUData::eNAME), b = a, none;
+  none.SetName(nullptr);
+  for (int32_t ascii : {0, 1}) {
+    LcUStreamBuffer buffer;
+    LcUStreamWriter writer(&buffer, 441);
+    writer.ascii = ascii;
+    ASSERT_TRUE(writer.WriteBegin(true));
+    a.WriteBinary(writer);
+    b.WriteBinary(writer);
+    none.WriteBinary(writer);
+    ASSERT_TRUE(writer.WriteEnd());
+
+    LcUNameTable* table = new LcUNameTable;
+    LcUStreamReader reader(&buffer, 441);
+    reader.names = table;
+    ASSERT_TRUE(reader.ReadBegin(true));
+    LcUData ra, rb, rnone;
+    EXPECT_TRUE(ra.ReadBinary(reader));
+    EXPECT_TRUE(rb.ReadBinary(reader));
+    EXPECT_TRUE(rnone.ReadBinary(reader));
+    EXPECT_TRUE(reader.ReadEnd(true)) << reader.GetError();
+    EXPECT_TRUE(LcUData::Equal(a, ra));
+    EXPECT_EQ(ra.GetName(), rb.GetName());
+    EXPECT_EQ(ra.GetName(), table->Intern(u"User", "key"));
+    EXPECT_EQ(nullptr, rnone.GetName());
+    EXPECT_EQ(LcUData::eNAME, rnone.GetTag());
+    table->Release();
+  }
+  LcUStreamNameHooks::Remove();
+}
+}  // namespace

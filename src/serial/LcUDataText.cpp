@@ -89,7 +89,8 @@ bool ScanTime(Scanner& s, int64_t& seconds) {
   int64_t f[6];
   const char separators[6] = {'/', '/', ' ', ':', ':', 0};
   for (int i = 0; i < 6; ++i) {
-    if (!s.Int(f[i])) return false;
+    // Fields far out of range would overflow the day count.
+    if (!s.Int(f[i]) || f[i] < -100000000 || f[i] > 100000000) return false;
     if (separators[i] && !s.Literal(separators[i])) return false;
   }
   LcUCivilTime t{f[0], int32_t(f[1]), int32_t(f[2]), int32_t(f[3]), int32_t(f[4]), int32_t(f[5])};

@@ -10,12 +10,12 @@ set -eu
 cd "$(dirname "$0")/.."
 scripts/setup.sh
 cmake --preset linux >/dev/null
-cmake --build --preset linux --target bench_utf bench_stream bench_stream_objects bench_geometry bench_memory bench_name_table bench_registry \
+cmake --build --preset linux --target bench_utf bench_stream bench_stream_objects bench_xml bench_geometry bench_memory bench_name_table bench_registry \
   bench_veerback twveerbackglf hostsim veerback >/dev/null
 cmake --preset windows >/dev/null
 cmake --build --preset windows --target bench_veerback twveerbackglf hostsim veerback >/dev/null
 
-for bench in build/linux/bench/bench_utf build/linux/bench/bench_stream build/linux/bench/bench_stream_objects build/linux/bench/bench_geometry build/linux/bench/bench_memory \
+for bench in build/linux/bench/bench_utf build/linux/bench/bench_stream build/linux/bench/bench_stream_objects build/linux/bench/bench_xml build/linux/bench/bench_geometry build/linux/bench/bench_memory \
              build/linux/bench/bench_name_table build/linux/bench/bench_registry; do
   echo "== $(basename "$bench")"
   "$bench" --benchmark_min_time=0.5

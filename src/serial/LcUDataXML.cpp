@@ -24,18 +24,29 @@ void Ascii(const char* text, LcUString& out) {
   LcUString::AsciiToWide(text, out);
 }
 
+// The leading ASCII of a text, where a number stands, on the stack.
+struct Digits {
+  char text[72];
+  explicit Digits(const LcUString& wide) {
+    const char16_t* w = wide.Get() ? wide.Get() : u"";
+    while (*w == u' ' || *w == u'\t' || *w == u'\n' || *w == u'\r') ++w;
+    size_t n = 0;
+    for (; n + 1 < sizeof text && w[n] && w[n] < 0x80; ++n) text[n] = char(w[n]);
+    text[n] = 0;
+  }
+};
+
 // wcstod and wcstol in the "C" locale: what leads the text, else 0.
-double Real(const LcUStringA& text) {
-  const char* s = text.Get() ? text.Get() : "";
-  while (*s == ' ' || *s == '\t' || *s == '\n' || *s == '\r') ++s;
-  if (*s == '+') ++s;
+double Real(const LcUString& text) {
+  Digits d(text);
+  const char* s = d.text[0] == '+' ? d.text + 1 : d.text;
   double value = 0;
   std::from_chars(s, s + std::strlen(s), value);
   return value;
 }
 
-int64_t Integer(const LcUStringA& text) {
-  return std::strtoll(text.Get() ? text.Get() : "", nullptr, 10);
+int64_t Integer(const LcUString& text) {
+  return std::strtoll(Digits(text).text, nullptr, 10);
 }
 }  // namespace
 
@@ -50,7 +61,10 @@ bool LcUData::SerialiseXML(LcUXMLDOMStream& stream, LcUNameTable* table) {
   bool names = stream.version >= kNameElements;
 
   if (writing) {
-    LcUString text;
+    LcUString& text = stream.scratchText;
+    text.Clear();
+    // Null strings and null names write no text at all.
+    bool content = !(tag == eNONE || (tag == eNAME && (names || !value.name)) || (tag == eSTRING && !value.narrow));
     char number[400];
     switch (tag) {
       case eINT32:
@@ -90,7 +104,7 @@ bool LcUData::SerialiseXML(LcUXMLDOMStream& stream, LcUNameTable* table) {
         }
         break;
     }
-    if (!text.IsNull() && !(tag == eNAME && names)) ok = stream.ElementText(text) && ok;
+    if (content) ok = stream.ElementText(text) && ok;
     stream.EndElement("data");
     return ok;
   }
@@ -103,16 +117,14 @@ bool LcUData::SerialiseXML(LcUXMLDOMStream& stream, LcUNameTable* table) {
     stream.EndElement("data");
     return ok;
   }
-  LcUString text;
+  LcUString& text = stream.scratchText;
   bool present = stream.ElementText(text) && !text.IsEmpty();
-  LcUStringA narrow;
-  LcUString::UTF16ToUTF8(text.Get() ? text.Get() : u"", narrow, true);
   switch (kind) {
     case eNONE: break;
-    case eINT32: SetInt32(present ? int32_t(Integer(narrow)) : 0); break;
+    case eINT32: SetInt32(present ? int32_t(Integer(text)) : 0); break;
     case eBOOL: SetBool(present && LcUString::Equal(text.Get(), u"true")); break;
     case eWSTRING: SetWString(present ? text.Get() : u""); break;
-    case eTIME: SetTime(present ? Integer(narrow) : 0); break;
+    case eTIME: SetTime(present ? Integer(text) : 0); break;
     case eNAME: {
       if (!present) {
         SetName(nullptr);
@@ -134,7 +146,7 @@ bool LcUData::SerialiseXML(LcUXMLDOMStream& stream, LcUNameTable* table) {
       SetString(multibyte.Get() ? multibyte.Get() : "");
       break;
     }
-    default: SetFloat(present ? Real(narrow) : 0.0, kind); break;
+    default: SetFloat(present ? Real(text) : 0.0, kind); break;
   }
   stream.EndElement("data");
   return ok;

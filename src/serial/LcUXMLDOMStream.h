@@ -60,6 +60,10 @@ public:
   int32_t version = 441;
   int32_t errorCode = 0;
   LcUString errorText;
+  // Texts that element forms reuse from element to element, so that reading
+  // many small elements allocates nothing for them.
+  LcUString scratchText;
+  LcUStringA scratchWord;
 
 protected:
   LcUXMLDOMStream() = default;

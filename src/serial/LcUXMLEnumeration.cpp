@@ -12,24 +12,29 @@ const char* LcUXMLEnumeration::WordOf(int32_t number) const {
 }
 
 bool LcUXMLEnumeration::Serialise(LcUXMLDOMStream& stream, const char* attribute, int32_t& number, int32_t defaultValue) {
+  // The attribute's wide name only for a message.
   LcUString name;
-  LcUString::AsciiToWide(attribute, name);
+  auto named = [&]() -> const char16_t* {
+    LcUString::AsciiToWide(attribute, name);
+    return name.Get();
+  };
   if (stream.IsWriting()) {
     const char* word = WordOf(number);
     if (!word) {
       status = 16;
-      errorText.Format(u"Enum serialisation error: (\"%ls\") %d is unrecognised.", name.Get(), number);
+      errorText.Format(u"Enum serialisation error: (\"%ls\") %d is unrecognised.", named(), number);
       LcUXMLStream::SetError(stream, status, errorText.Get());
       return false;
     }
-    LcUStringA text(word);
+    LcUStringA& text = stream.scratchWord;
+    text.Assign(word);
     return stream.NarrowAttribute(attribute, text);
   }
-  LcUStringA text;
+  LcUStringA& text = stream.scratchWord;
   number = defaultValue;
   if (!stream.NarrowAttribute(attribute, text)) {
     status = 17;
-    errorText.Format(u"Enum serialisation error: attribute \"%ls\" was not found.", name.Get());
+    errorText.Format(u"Enum serialisation error: attribute \"%ls\" was not found.", named());
     LcUXMLStream::SetError(stream, status, errorText.Get());
     return false;
   }
@@ -41,7 +46,7 @@ bool LcUXMLEnumeration::Serialise(LcUXMLDOMStream& stream, const char* attribute
   LcUString word;
   LcUString::UTF8ToUTF16(text.Get() ? text.Get() : "", -1, word);
   status = 15;
-  errorText.Format(u"Enum serialisation error: (\"%ls\") \"%ls\" is unrecognised.", name.Get(), word.Get());
+  errorText.Format(u"Enum serialisation error: (\"%ls\") \"%ls\" is unrecognised.", named(), word.Get());
   LcUXMLStream::SetError(stream, status, errorText.Get());
   return false;
 }

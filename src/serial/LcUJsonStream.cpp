@@ -12,11 +12,14 @@ bool LcUJsonStream::Initialize() {
   if (LcUSysError::RegisterComponent(&component, "LcUJsonStream") != 1) return true;
   LcUError::Initialize();
   LcUString::Initialize();
+  // Frames and their list come from the sized allocator.
+  LcUMemory::Initialize();
   return true;
 }
 
 void LcUJsonStream::Terminate() {
   if (LcUSysError::UnregisterComponent(&component) != 1) return;
+  LcUMemory::Terminate();
   LcUString::Terminate();
   LcUError::Terminate();
 }

@@ -78,11 +78,11 @@ size_t LcUJsonNumber::Scan(const char* text, double& value) {
       if (!StartsWithNoCase(at, "inity")) return 0;
       at += 5;
     }
-    value = sign * std::numeric_limits<double>::infinity();
+    value = std::copysign(std::numeric_limits<double>::infinity(), sign);
     return size_t(at - text);
   }
   if (StartsWithNoCase(at, "nan")) {
-    value = sign * std::numeric_limits<double>::quiet_NaN();
+    value = std::copysign(std::numeric_limits<double>::quiet_NaN(), sign);
     return size_t(at - text + 3);
   }
   bool hex = at[0] == '0' && Lower(at[1]) == 'x';
@@ -100,7 +100,7 @@ size_t LcUJsonNumber::Scan(const char* text, double& value) {
     long power = hex ? exponent + 4L * leadingExponent : exponent + leadingExponent;
     magnitude = power > 0 ? std::numeric_limits<double>::infinity() : 0.0;
   }
-  value = sign * magnitude;
+  value = std::copysign(magnitude, sign);
   return size_t(end - text);
 }
 

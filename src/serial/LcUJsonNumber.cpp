@@ -105,6 +105,13 @@ size_t LcUJsonNumber::Scan(const char* text, double& value) {
 }
 
 int32_t LcUJsonNumber::Print(double value, char (&text)[ePRINT_SIZE]) {
+  // Whole numbers below 1e17 print all their digits under "%.17g"; they
+  // are most numbers of a description and need no general conversion.
+  if (value == std::trunc(value) && std::fabs(value) < 1e17 && !(value == 0 && std::signbit(value))) {
+    std::to_chars_result r = std::to_chars(text, text + ePRINT_SIZE - 1, int64_t(value));
+    *r.ptr = 0;
+    return int32_t(r.ptr - text);
+  }
   std::to_chars_result r = std::to_chars(text, text + ePRINT_SIZE - 1, value, std::chars_format::general, 17);
   *r.ptr = 0;
   return int32_t(r.ptr - text);

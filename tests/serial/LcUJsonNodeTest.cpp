@@ -89,7 +89,7 @@ TEST(LcUJsonNode, NumbersFollowTheScan) {
       {"[1e,1E+,0.3e-]", "[1,1,0.29999999999999999]"},
       {"[0x10,-0x1.8p1,0x1p]", "[16,-3,1]"},
       {"[-Infinity,-inf]", "[-inf,-inf]"},
-      {"[-nan,-NaN(1)]", "<fail@6>"},
+      {"[-nan,-NaN(1)]", "<fail@10>"},
       {"[-NaN]", "[-nan]"},
       {"[-.5]", "[-0.5]"},
       {"[-infin]", "<fail@1>"},

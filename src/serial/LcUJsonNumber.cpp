@@ -65,6 +65,90 @@ const char* Exponent(const char* at, char mark, long& exponent) {
   if (negative) exponent = -exponent;
   return at;
 }
+typedef unsigned __int128 Wide;
+
+const uint64_t k1e16 = 10000000000000000ull;
+const uint64_t k1e17 = 100000000000000000ull;
+
+Wide Power10(int k) {
+  Wide p = 1;
+  while (k-- > 0) p *= 10;
+  return p;
+}
+
+// "%.17g" layout of 17 digits and a decimal exponent: trailing zeros and a
+// bare point go.
+int32_t Layout(bool negative, uint64_t digits, int exponent, char* text) {
+  char d[17];
+  for (int i = 16; i >= 0; --i, digits /= 10) d[i] = char('0' + digits % 10);
+  int last = 16;
+  while (last > 0 && d[last] == '0') --last;
+  char* at = text;
+  if (negative) *at++ = '-';
+  if (exponent < -4 || exponent >= 17) {
+    *at++ = d[0];
+    if (last > 0) {
+      *at++ = '.';
+      for (int i = 1; i <= last; ++i) *at++ = d[i];
+    }
+    *at++ = 'e';
+    *at++ = exponent < 0 ? '-' : '+';
+    int magnitude = exponent < 0 ? -exponent : exponent;
+    if (magnitude >= 100) *at++ = char('0' + magnitude / 100);
+    *at++ = char('0' + magnitude / 10 % 10);
+    *at++ = char('0' + magnitude % 10);
+  } else if (exponent >= 0) {
+    for (int i = 0; i <= exponent; ++i) *at++ = d[i];
+    if (last > exponent) {
+      *at++ = '.';
+      for (int i = exponent + 1; i <= last; ++i) *at++ = d[i];
+    }
+  } else {
+    *at++ = '0';
+    *at++ = '.';
+    for (int i = -1; i > exponent; --i) *at++ = '0';
+    for (int i = 0; i <= last; ++i) *at++ = d[i];
+  }
+  *at = 0;
+  return int32_t(at - text);
+}
+
+// The exact 17 digits of a fraction whose scaled value fits 128 bits: most
+// numbers of a description. False leaves the value to the general conversion.
+bool PrintExact(double value, char* text, int32_t& length) {
+  if (!std::isfinite(value) || value == 0) return false;
+  int binaryExponent = 0;
+  double fraction = std::frexp(std::fabs(value), &binaryExponent);
+  uint64_t mantissa = uint64_t(std::ldexp(fraction, 53));
+  int shift = 53 - binaryExponent;
+  if (shift <= 0 || shift > 126) return false;
+  int exponent = int(std::floor(std::log10(std::fabs(value))));
+  for (int attempt = 0; attempt < 3; ++attempt) {
+    int scale = 16 - exponent;
+    if (scale < 0 || scale > 22) return false;
+    Wide scaled = Wide(mantissa) * Power10(scale);
+    Wide quotient = scaled >> shift;
+    if (quotient >= k1e17) {
+      ++exponent;
+      continue;
+    }
+    if (quotient < k1e16) {
+      --exponent;
+      continue;
+    }
+    // Round half to even, as the C library does.
+    Wide rest = scaled - (quotient << shift);
+    Wide half = Wide(1) << (shift - 1);
+    if (rest > half || (rest == half && (quotient & 1))) ++quotient;
+    if (quotient == k1e17) {
+      quotient = k1e16;
+      ++exponent;
+    }
+    length = Layout(value < 0, uint64_t(quotient), exponent, text);
+    return true;
+  }
+  return false;
+}
 }  // namespace
 
 size_t LcUJsonNumber::Scan(const char* text, double& value) {
@@ -104,14 +188,30 @@ size_t LcUJsonNumber::Scan(const char* text, double& value) {
   return size_t(end - text);
 }
 
+namespace {
+// Whole numbers below 1e17 print all their digits under "%.17g"; they are
+// most numbers of a description and need no general conversion.
+bool IsPlainWhole(double value) {
+  return value == std::trunc(value) && std::fabs(value) < 1e17 && !(value == 0 && std::signbit(value));
+}
+}  // namespace
+
+int32_t LcUJsonNumber::PrintedSizeBound(double value) {
+  if (!IsPlainWhole(value)) return ePRINT_SIZE - 1;
+  int64_t whole = int64_t(value);
+  int32_t size = whole < 0 ? 2 : 1;
+  for (uint64_t rest = uint64_t(whole < 0 ? -whole : whole); rest >= 10; rest /= 10) ++size;
+  return size;
+}
+
 int32_t LcUJsonNumber::Print(double value, char (&text)[ePRINT_SIZE]) {
-  // Whole numbers below 1e17 print all their digits under "%.17g"; they
-  // are most numbers of a description and need no general conversion.
-  if (value == std::trunc(value) && std::fabs(value) < 1e17 && !(value == 0 && std::signbit(value))) {
+  if (IsPlainWhole(value)) {
     std::to_chars_result r = std::to_chars(text, text + ePRINT_SIZE - 1, int64_t(value));
     *r.ptr = 0;
     return int32_t(r.ptr - text);
   }
+  int32_t length = 0;
+  if (PrintExact(value, text, length)) return length;
   std::to_chars_result r = std::to_chars(text, text + ePRINT_SIZE - 1, value, std::chars_format::general, 17);
   *r.ptr = 0;
   return int32_t(r.ptr - text);

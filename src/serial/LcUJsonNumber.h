@@ -15,4 +15,6 @@ public:
 
   // "%.17g"; returns the length.
   static int32_t Print(double value, char (&text)[ePRINT_SIZE]);
+  // At least the length that Print gives; exact for whole numbers.
+  static int32_t PrintedSizeBound(double value);
 };

@@ -4,23 +4,51 @@
 #include "serial/LcUJsonNumber.h"
 
 namespace {
-// Text grows in one block from the allocate hook; after a failed growth
-// every write is dropped and the print gives null.
+// The printed size of a string: quotes, and each byte with its escape.
+size_t StringSize(const char* text) {
+  if (!text) return 0;
+  size_t size = 2;
+  for (const unsigned char* at = reinterpret_cast<const unsigned char*>(text); *at; ++at) {
+    if (*at >= 32 && *at != '"' && *at != '\\')
+      ++size;
+    else if (*at == '"' || *at == '\\' || *at == '\b' || *at == '\f' || *at == '\n' || *at == '\r' || *at == '\t')
+      size += 2;
+    else
+      size += 6;
+  }
+  return size;
+}
+
+// At least the printed size; exact but for fractions, which count their
+// longest form. The text is then written once into one block.
+size_t Bound(const LcUJsonNode* node, int depth, bool pretty) {
+  switch (node->Kind()) {
+    case LcUJsonNode::eFALSE: return 5;
+    case LcUJsonNode::eTRUE:
+    case LcUJsonNode::eNULL: return 4;
+    case LcUJsonNode::eNUMBER: return size_t(LcUJsonNumber::PrintedSizeBound(node->doubleValue));
+    case LcUJsonNode::eSTRING: return StringSize(node->stringValue);
+    case LcUJsonNode::eARRAY: {
+      size_t size = 2;
+      for (const LcUJsonNode* item = node->firstChild; item; item = item->next)
+        size += Bound(item, depth + 1, pretty) + (pretty ? 2 : 1);
+      return size;
+    }
+    case LcUJsonNode::eOBJECT: {
+      size_t size = pretty ? 3 + size_t(depth) : 2;
+      for (const LcUJsonNode* item = node->firstChild; item; item = item->next)
+        size += StringSize(item->name) + Bound(item, depth + 1, pretty) + (pretty ? size_t(depth) + 5 : 2);
+      return size;
+    }
+    default: return 0;
+  }
+}
+
 class Printer {
 public:
-  explicit Printer(bool pretty) : pretty(pretty) {}
-  ~Printer() {
-    if (buffer) LcUJsonNode::release(buffer);
-  }
+  Printer(char* buffer, bool pretty) : pretty(pretty), at(buffer) {}
 
-  char* Take(size_t* length) {
-    if (!Reserve(1)) return nullptr;
-    buffer[used] = 0;
-    if (length) *length = used;
-    char* text = buffer;
-    buffer = nullptr;
-    return text;
-  }
+  char* End() const { return at; }
 
   void Value(const LcUJsonNode* node, int depth) {
     switch (node->Kind()) {
@@ -36,39 +64,16 @@ public:
   }
 
 private:
-  bool Reserve(size_t more) {
-    if (failed) return false;
-    if (used + more <= size) return true;
-    size_t grown = size ? size : 256;
-    while (grown < used + more) grown *= 2;
-    char* fresh = static_cast<char*>(LcUJsonNode::allocate(grown));
-    if (!fresh) {
-      failed = true;
-      return false;
-    }
-    if (buffer) {
-      std::memcpy(fresh, buffer, used);
-      LcUJsonNode::release(buffer);
-    }
-    buffer = fresh;
-    size = grown;
-    return true;
-  }
-
   void Put(const char* text, size_t length) {
-    if (!Reserve(length)) return;
-    std::memcpy(buffer + used, text, length);
-    used += length;
+    std::memcpy(at, text, length);
+    at += length;
   }
 
-  void Put(char c) {
-    if (Reserve(1)) buffer[used++] = c;
-  }
+  void Put(char c) { *at++ = c; }
 
   void Tabs(int count) {
-    if (!Reserve(size_t(count))) return;
-    std::memset(buffer + used, '\t', size_t(count));
-    used += size_t(count);
+    std::memset(at, '\t', size_t(count));
+    at += count;
   }
 
   void Number(double value) {
@@ -80,15 +85,15 @@ private:
   void String(const char* text) {
     if (!text) return;
     static const char kHex[] = "0123456789abcdef";
-    const unsigned char* at = reinterpret_cast<const unsigned char*>(text);
+    const unsigned char* in = reinterpret_cast<const unsigned char*>(text);
     Put('"');
     for (;;) {
-      const unsigned char* run = at;
-      while (*at >= 32 && *at != '"' && *at != '\\') ++at;
-      Put(reinterpret_cast<const char*>(run), size_t(at - run));
-      unsigned char c = *at;
+      const unsigned char* run = in;
+      while (*in >= 32 && *in != '"' && *in != '\\') ++in;
+      Put(reinterpret_cast<const char*>(run), size_t(in - run));
+      unsigned char c = *in;
       if (!c) break;
-      ++at;
+      ++in;
       switch (c) {
         case '"': Put("\\\"", 2); break;
         case '\\': Put("\\\\", 2); break;
@@ -131,10 +136,7 @@ private:
   }
 
   bool pretty;
-  bool failed = false;
-  char* buffer = nullptr;
-  size_t used = 0;
-  size_t size = 0;
+  char* at;
 };
 }  // namespace
 
@@ -144,7 +146,11 @@ char* LcUJsonNode::Print(const LcUJsonNode* item, bool pretty) {
 
 char* LcUJsonNode::Print(const LcUJsonNode* item, bool pretty, size_t* length) {
   if (!item) return nullptr;
-  Printer printer(pretty);
+  char* text = static_cast<char*>(allocate(Bound(item, 0, pretty) + 1));
+  if (!text) return nullptr;
+  Printer printer(text, pretty);
   printer.Value(item, 0);
-  return printer.Take(length);
+  *printer.End() = 0;
+  if (length) *length = size_t(printer.End() - text);
+  return text;
 }

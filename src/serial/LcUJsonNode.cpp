@@ -29,6 +29,16 @@ char* LcUJsonNode::CopyText(const char* text) {
   return CopyText(text, std::strlen(text));
 }
 
+void LcUJsonNode::LinkAfter(LcUJsonNode* container, LcUJsonNode*& tail, LcUJsonNode* item) {
+  item->previous = tail;
+  item->next = nullptr;
+  if (tail)
+    tail->next = item;
+  else
+    container->firstChild = item;
+  tail = item;
+}
+
 LcUJsonNode* LcUJsonNode::NewNode(int32_t type) {
   LcUJsonNode* node = static_cast<LcUJsonNode*>(allocate(sizeof(LcUJsonNode)));
   if (!node) return nullptr;
@@ -90,13 +100,7 @@ LcUJsonNode* MakeArray(const T* values, int32_t count, Make make) {
       LcUJsonNode::Delete(array);
       return nullptr;
     }
-    if (tail) {
-      tail->next = item;
-      item->previous = tail;
-    } else {
-      array->firstChild = item;
-    }
-    tail = item;
+    LcUJsonNode::LinkAfter(array, tail, item);
   }
   return array;
 }
@@ -108,12 +112,8 @@ LcUJsonNode* Last(const LcUJsonNode* container) {
 }
 
 void Append(LcUJsonNode* container, LcUJsonNode* item) {
-  item->next = nullptr;
-  item->previous = Last(container);
-  if (item->previous)
-    item->previous->next = item;
-  else
-    container->firstChild = item;
+  LcUJsonNode* tail = Last(container);
+  LcUJsonNode::LinkAfter(container, tail, item);
 }
 
 void Unlink(LcUJsonNode* container, LcUJsonNode* item) {
@@ -285,12 +285,7 @@ LcUJsonNode* LcUJsonNode::Duplicate(const LcUJsonNode* item, bool recurse) {
       Delete(copy);
       return nullptr;
     }
-    childCopy->previous = tail;
-    if (tail)
-      tail->next = childCopy;
-    else
-      copy->firstChild = childCopy;
-    tail = childCopy;
+    LinkAfter(copy, tail, childCopy);
   }
   return copy;
 }

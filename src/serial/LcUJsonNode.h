@@ -93,6 +93,10 @@ struct LcUJsonNode {
   // The length without the terminator, when the caller wants it.
   static char* Print(const LcUJsonNode* item, bool pretty, size_t* length);
 
+  // Links item behind tail, or first when tail is null, and makes it the
+  // new tail: appending in constant time for whoever keeps the tail.
+  static void LinkAfter(LcUJsonNode* container, LcUJsonNode*& tail, LcUJsonNode* item);
+
   // Hook-allocated copies.
   static char* CopyText(const char* text);
   static char* CopyText(const char* text, size_t length);

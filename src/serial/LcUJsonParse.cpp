@@ -199,12 +199,7 @@ private:
     for (;;) {
       LcUJsonNode* item = type == LcUJsonNode::eARRAY ? Value(at, depth + 1) : Member(at, depth);
       if (!item) break;
-      item->previous = tail;
-      if (tail)
-        tail->next = item;
-      else
-        node->firstChild = item;
-      tail = item;
+      LcUJsonNode::LinkAfter(node, tail, item);
       at = Skip(at);
       if (*at == close) {
         ++at;

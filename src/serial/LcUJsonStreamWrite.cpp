@@ -19,12 +19,7 @@ bool LcUJsonStream::Attach(LcUJsonNode* node) {
       return false;
     }
   }
-  node->previous = frame->last;
-  if (frame->last)
-    frame->last->next = node;
-  else
-    frame->node->firstChild = node;
-  frame->last = node;
+  LcUJsonNode::LinkAfter(frame->node, frame->last, node);
   return true;
 }
 

@@ -7,9 +7,11 @@
 #include <limits>
 #include <string>
 
+#include "LocaleTesting.h"
 #include "SerialTesting.h"
 #include "serial/LcUJsonNode.h"
 #include "serial/LcUJsonNumber.h"
+#include "serial/LcUJsonStream.h"
 
 using SerialTesting::HookCounter;
 
@@ -129,6 +131,7 @@ TEST(LcUJsonNode, StringsEscapesAndSurrogates) {
   const Case kCases[] = {
       {"[\"a\\u0041\"]", "aA"},
       {"[\"\\u00e9\\u20AC\"]", "\xC3\xA9\xE2\x82\xAC"},
+      {"[\"\\u00ff\\u00FF\\u0fAf\"]", "\xC3\xBF\xC3\xBF\xE0\xBE\xAF"},
       {"[\"\\ud83d\\ude00\"]", "\xF0\x9F\x98\x80"},
       {"[\"\\uDBFF\\uDFFF\"]", "\xF4\x8F\xBF\xBF"},
       {"[\"a\\ud83db\"]", "ab"},
@@ -217,14 +220,7 @@ TEST(LcUJsonNode, PrintedStringsAndNumbers) {
 
 // Numbers print and parse as in the "C" locale whatever the process's locale.
 TEST(LcUJsonNode, NumbersIgnoreTheProcessLocale) {
-  const char* chosen = nullptr;
-  for (const char* name : {"de_DE.UTF-8", "de_DE.utf8", "de_DE", "German_Germany.1252", "German", "fr_FR.UTF-8"}) {
-    if (std::setlocale(LC_ALL, name)) {
-      chosen = name;
-      break;
-    }
-  }
-  if (!chosen || std::localeconv()->decimal_point[0] != ',') {
+  if (!LocaleTesting::UseDecimalCommaLocale()) {
     std::setlocale(LC_ALL, "C");
     GTEST_SKIP() << "no locale with a decimal comma";
   }
@@ -233,6 +229,18 @@ TEST(LcUJsonNode, NumbersIgnoreTheProcessLocale) {
   EXPECT_EQ(root->firstChild->doubleValue, 1.5);
   EXPECT_EQ(Print(root), "[1.5,22.5]");
   LcUJsonNode::Delete(root);
+  LcUJsonStream stream;
+  ASSERT_TRUE(stream.LoadText("[0.25,\"-12\"]"));
+  stream.EnterArray();
+  EXPECT_EQ(stream.ReadDouble(), 0.25);
+  EXPECT_EQ(stream.ReadInt64Text(), -12);
+  stream.Clear();
+  stream.BeginArray();
+  stream.WriteDouble(0.1);
+  stream.LeaveArray();
+  LcUStringA text;
+  EXPECT_TRUE(stream.PrintText(true, text));
+  EXPECT_STREQ(text.Get(), "[0.10000000000000001]");
   std::setlocale(LC_ALL, "C");
 }
 
@@ -341,6 +349,34 @@ TEST(LcUJsonNode, TreeOperations) {
   EXPECT_EQ(LcUJsonNode::ArrayItem(flags, 0)->type, LcUJsonNode::eNULL);
   EXPECT_EQ(LcUJsonNode::ArrayItem(flags, -1), nullptr);
   LcUJsonNode::Delete(object);
+  EXPECT_EQ(HookCounter::releases, HookCounter::allocations);
+  HookCounter::Uninstall();
+}
+
+// Nothing is added to or from a null, and the caller keeps the item.
+TEST(LcUJsonNode, NullArgumentsAreRefused) {
+  HookCounter::Install();
+  LcUJsonNode* array = LcUJsonNode::CreateArray();
+  LcUJsonNode* object = LcUJsonNode::CreateObject();
+  LcUJsonNode* item = LcUJsonNode::CreateNumber(1);
+  EXPECT_FALSE(LcUJsonNode::AddToArray(nullptr, item));
+  EXPECT_FALSE(LcUJsonNode::AddToObject(nullptr, "a", item));
+  EXPECT_FALSE(LcUJsonNode::AddToObject(object, "a", nullptr));
+  EXPECT_FALSE(LcUJsonNode::AddReferenceToArray(nullptr, item));
+  EXPECT_FALSE(LcUJsonNode::AddReferenceToArray(array, nullptr));
+  EXPECT_FALSE(LcUJsonNode::AddReferenceToObject(nullptr, "a", item));
+  EXPECT_FALSE(LcUJsonNode::AddReferenceToObject(object, "a", nullptr));
+  EXPECT_FALSE(LcUJsonNode::ReplaceInObject(object, "a", item));
+  EXPECT_EQ(item->name, nullptr);
+  EXPECT_EQ(LcUJsonNode::ArraySize(array), 0);
+  EXPECT_EQ(LcUJsonNode::ArraySize(object), 0);
+  EXPECT_EQ(LcUJsonNode::ArraySize(nullptr), 0);
+  EXPECT_EQ(LcUJsonNode::ObjectItem(nullptr, "a"), nullptr);
+  EXPECT_EQ(LcUJsonNode::Duplicate(nullptr, true), nullptr);
+  LcUJsonNode::Delete(item);
+  LcUJsonNode::Delete(array);
+  LcUJsonNode::Delete(object);
+  LcUJsonNode::Delete(nullptr);
   EXPECT_EQ(HookCounter::releases, HookCounter::allocations);
   HookCounter::Uninstall();
 }

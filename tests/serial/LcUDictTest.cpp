@@ -154,6 +154,8 @@ TEST(LcUDict, MakeUniqueName) {
       {{u"Name ()"}, u"Name ()", nullptr, u"Name () (1)", 1},
       {{u"(7)"}, u"(7)", nullptr, u" (8)", 1},
       {{u"Part "}, u"Part ", nullptr, u"Part (1)", 1},
+      {{u"Part (999999999)"}, u"Part (999999999)", nullptr, u"Part (1000000000)", 1},
+      {{u"Part (1000000000)"}, u"Part (1000000000)", nullptr, u"Part (1000000000) (1)", 1},
       {{u"Part"}, u"Part", u"copy", u"Part (copy)", 1},
       {{u"Part", u"Part (copy)"}, u"Part", u"copy", u"Part (1)", 1},
       {{u"Part (2)"}, u"Part (2)", u"copy", u"Part (copy)", 1},

@@ -16,6 +16,8 @@ public:
   void ReportRuns(const std::vector<Run>& runs) override {
     for (const Run& run : runs) {
       auto it = run.counters.find(counter_);
+      // Cases that count items rather than bytes compare by items.
+      if (it == run.counters.end()) it = run.counters.find("items_per_second");
       if (it != run.counters.end()) rates_[run.benchmark_name()] = it->second.value;
     }
     ConsoleReporter::ReportRuns(runs);

@@ -8,6 +8,9 @@
 #include "geometry/LcLPlane.h"
 #include "geometry/LcLRotation.h"
 
+class LcUStreamReader;
+class LcUStreamWriter;
+
 // A viewpoint: position, orientation and view volume. Its memory image is the
 // camera of the TrackBack record, so the fields, their order and the padding
 // after projection are fixed. Unrotated it looks down -z with +y up.
@@ -74,6 +77,11 @@ public:
   // Slides sideways so that point sits at the view's centre.
   void PanTo(const LcLPoint3f& point, double aspect = 0.0);
   void ZoomToBox(const LcLBox3f& box, double aspect = 0.0);
+
+  // The object stream form; streams older than version 425 carry no offsets,
+  // and reading them leaves the offsets as they were.
+  bool Read(LcUStreamReader& stream);
+  bool Write(LcUStreamWriter& stream) const;
 
   int32_t projection = ePERSPECTIVE;
   LcLPoint3f position{0.0, 0.0, 1.0};

@@ -1,0 +1,188 @@
+#include <string>
+
+#include "StreamTesting.h"
+
+using namespace StreamTesting;
+
+namespace {
+class StreamErrors : public StreamTest {};
+
+const std::string kBinaryHeader("#LcUStream-V1.1 binary double release utf8 linull\n\0\0\0\0\0\0", 56);
+const std::string kAsciiHeader("#LcUStream-V1.1 ascii double release utf8 linull\n");
+const std::string kAsciiDebugHeader("#LcUStream-V1.1 ascii double debug utf8 linull\n  Sync\n");
+const std::string kBinaryDebugHeader("#LcUStream-V1.1 binary double debug utf8 linull\n\x01\0\0\0\0\0\0\0", 56);
+
+struct Row {
+  const char* what;
+  std::string bytes;
+  void (*read)(LcUStreamReader&);
+  int32_t code;
+  const char* message;  // part of what the log says, or null
+};
+
+void ReadNat8Int32(LcUStreamReader& r) {
+  r.ReadNat8();
+  r.ReadInt32();
+}
+void ReadInt32(LcUStreamReader& r) {
+  r.ReadInt32();
+}
+void ReadString(LcUStreamReader& r) {
+  LcUStringA text;
+  r.ReadString(text);
+}
+void ReadDoubles(LcUStreamReader& r) {
+  double v[2];
+  r.ReadDoubleArray(v, 2);
+}
+void ReadNothing(LcUStreamReader&) {}
+
+TEST_F(StreamErrors, ReadingIsStrict) {
+  const Row rows[] = {
+      {"non-zero pad byte", kBinaryHeader + std::string("\x01\0\x01\0\x02\0\0\0", 8), ReadNat8Int32, 15,
+       "Malformed data"},
+      {"binary token mismatch", kBinaryDebugHeader + std::string("\x06\0\0\0\x02\0\0\0", 8), ReadInt32, 16,
+       "Read \"6\", expected \"5\""},
+      {"ascii token mismatch", kAsciiDebugHeader + "  Nat32\n 5\n", ReadInt32, 16,
+       "Read \"N\", expected \"Int32\" at line 3"},
+      {"token that only starts like the one expected", kAsciiDebugHeader + "  Int32Array 1\n 5\n", ReadInt32, 16,
+       "Read \"Int32A\", expected \"Int32\""},
+      {"ascii word that does not scan", kAsciiHeader + "\n\n  x12\n", ReadInt32, 16,
+       "Read \"x12\", expected \"LI_U_GLUE_2(LtInt32,!)\" at line 4"},
+      {"ascii double that does not scan", kAsciiHeader + "[ 1 zz ]\n", ReadDoubles, 16,
+       "expected \"LI_U_GLUE_2(LtDouble,!)\" at line 2"},
+      {"missing bracket", kAsciiHeader + "1 2 ]\n", ReadDoubles, 16, "Read \"1\", expected \"[\""},
+      {"ascii word over 128 characters", kAsciiHeader + std::string(129, '7'), ReadInt32, 16, nullptr},
+      {"bad string length", kBinaryHeader + std::string("\xfe\xff\xff\xff", 4), ReadString, 16,
+       "Read \"-2\", expected \"String length\""},
+      {"string longer than the limit", kBinaryHeader + std::string("\x01\0\0\x01", 4), ReadString, 16,
+       "expected \"String length\""},
+      {"end of data inside a value", kBinaryHeader + std::string("\x01\0", 2), ReadInt32, 18,
+       "Unexpected end of data"},
+      {"end of data inside a pad", kBinaryHeader + std::string("\x01", 1), ReadNat8Int32, 18, nullptr},
+      {"end of data inside a string", kBinaryHeader + std::string("\x05\0\0\0ab", 6), ReadString, 18, nullptr},
+      {"end of data inside a quoted string", kAsciiHeader + "  \"abc", ReadString, 16,
+       "Read \"End of data!\", expected \"Quoted String\""},
+      {"end of data after a backslash", kAsciiHeader + "  \"abc\\", ReadString, 16, "Quoted String"},
+      {"truncated header", std::string("#LcUStream-V1.1 bin"), ReadNothing, 18, nullptr},
+      {"wrong mark", std::string("#LcUStream-V1.2 binary double release utf8 linull\n"), ReadNothing, 16,
+       "Read \"#LcUStream-V1.2\", expected \"#LcUStream-V1.1 \""},
+      {"misspelt choice", std::string("#LcUStream-V1.1 binary double relaxed utf8 linull\n"), ReadNothing, 16,
+       "Read \"rela\", expected \"release\""},
+      {"unknown filter", std::string("#LcUStream-V1.1 ascii double release utf8 linull zip\n"), ReadNothing, 14,
+       "Unknown configuration"},
+  };
+  for (const Row& row : rows) {
+    LcUStreamBuffer buffer;
+    LcUStreamReader reader(&buffer);
+    std::string logged = Logged([&] {
+      BeginReading(buffer, reader, row.bytes);
+      row.read(reader);
+    });
+    EXPECT_EQ(row.code, reader.GetError()) << row.what;
+    if (row.message) {
+      EXPECT_NE(std::string::npos, logged.find(row.message)) << row.what << ": " << logged;
+    }
+    // The first code stands, later reads give zeros, and the end reports it.
+    EXPECT_EQ(0, reader.ReadInt32()) << row.what;
+    EXPECT_EQ(0.0, reader.ReadDouble()) << row.what;
+    EXPECT_EQ(row.code, reader.GetError()) << row.what;
+    EXPECT_FALSE(reader.ReadEnd(true)) << row.what;
+  }
+}
+
+TEST_F(StreamErrors, UnknownFormatNameFailsOnlyWhenStrict) {
+  std::string bytes = "#LcUStream-V1.1 binary double release utf8 Gearbox\n";
+  bytes += std::string(5, '\0');
+  for (bool strict : {false, true}) {
+    LcUStreamBuffer buffer;
+    LcUStreamReader reader(&buffer);
+    EXPECT_EQ(!strict, BeginReading(buffer, reader, bytes, true, strict));
+    EXPECT_EQ(strict ? 14 : 0, reader.GetError());
+    if (!strict) {
+      EXPECT_STREQ("Gearbox", reader.formatName.Get());
+    }
+    reader.ReadEnd(false);
+  }
+}
+
+TEST_F(StreamErrors, AfterAnErrorReadsConsumeNothingAndArraysAreZeroed) {
+  std::string bytes = kBinaryHeader + std::string("\x07\0\0\0\x09\0\0\0\x01\0\0\0\x02\0\0\0", 16);
+  LcUStreamBuffer buffer;
+  LcUStreamReader reader(&buffer);
+  ASSERT_TRUE(BeginReading(buffer, reader, bytes));
+  EXPECT_EQ(7, reader.ReadInt32Checked(5) == 0 ? 7 : -1);
+  EXPECT_EQ(16, reader.GetError());
+  const uint8_t* before = reader.blockCurrent;
+  int32_t values[2] = {5, 5};
+  EXPECT_FALSE(reader.ReadInt32Array(values, 2));
+  EXPECT_EQ(0, values[0]);
+  EXPECT_EQ(0, values[1]);
+  LcUStringA text("kept");
+  EXPECT_FALSE(reader.ReadString(text));
+  EXPECT_TRUE(text.IsNull());
+  EXPECT_EQ(before, reader.blockCurrent);
+}
+
+TEST_F(StreamErrors, NegativeCheckedValue) {
+  std::string bytes = kBinaryHeader + std::string("\xff\xff\xff\xff", 4);
+  LcUStreamBuffer buffer;
+  LcUStreamReader reader(&buffer);
+  ASSERT_TRUE(BeginReading(buffer, reader, bytes));
+  EXPECT_EQ(0, reader.ReadInt32Checked());
+  EXPECT_EQ(16, reader.GetError());
+}
+
+TEST_F(StreamErrors, AsciiEndMustBeWhiteSpace) {
+  LcUStreamBuffer buffer;
+  LcUStreamReader reader(&buffer);
+  ASSERT_TRUE(BeginReading(buffer, reader, kAsciiHeader + "  5\n  6\n"));
+  EXPECT_EQ(5, reader.ReadInt32());
+  std::string logged = Logged([&] { EXPECT_FALSE(reader.ReadEnd(true)); });
+  EXPECT_EQ(16, reader.GetError());
+  EXPECT_NE(std::string::npos, logged.find("expected \"White Space!\""));
+}
+
+// A sink that lends nothing, refuses what it is given, or fails at the end.
+class FaultySink : public LcUStreamBuffer {
+public:
+  int fault = 0;
+  bool GetWriteBlock(uint8_t** block, uint32_t* size) override {
+    return fault != 1 && LcUStreamBuffer::GetWriteBlock(block, size);
+  }
+  bool CommitWrite(uint32_t count) override { return fault != 2 && LcUStreamBuffer::CommitWrite(count); }
+  bool Flush() override { return fault != 3; }
+  bool WriteEnd() override { return fault != 4 && LcUStreamBuffer::WriteEnd(); }
+  bool WriteBegin(LcUStream* s) override { return fault != 5 && LcUStreamBuffer::WriteBegin(s); }
+};
+
+TEST_F(StreamErrors, SinkFailuresOnWriting) {
+  const struct {
+    int fault;
+    int32_t code;
+    const char* message;
+  } rows[] = {{1, 4, "Write Failed"}, {2, 5, "Write Failed"}, {3, 6, "Flush Failed"}, {4, 7, "WriteEnd failed"},
+              {5, 3, "WriteBegin failed"}};
+  for (const auto& row : rows) {
+    FaultySink sink;
+    sink.fault = row.fault;
+    LcUStreamWriter writer(&sink);
+    std::string logged = Logged([&] {
+      writer.WriteBegin(true);
+      writer.WriteInt32(1);
+      writer.WriteEnd();
+    });
+    EXPECT_EQ(row.code, writer.GetError()) << row.fault;
+    EXPECT_NE(std::string::npos, logged.find(row.message)) << row.fault;
+  }
+}
+
+TEST_F(StreamErrors, NeverBegunIsCode26) {
+  LcUStreamBuffer buffer;
+  LcUStreamWriter writer(&buffer);
+  EXPECT_EQ(26, writer.GetError());
+  writer.WriteInt32(5);
+  EXPECT_FALSE(writer.WriteEnd());
+  EXPECT_EQ(0u, buffer.GetSize());
+}
+}  // namespace

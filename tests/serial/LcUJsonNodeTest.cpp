@@ -131,7 +131,9 @@ TEST(LcUJsonNode, StringsEscapesAndSurrogates) {
   const Case kCases[] = {
       {"[\"a\\u0041\"]", "aA"},
       {"[\"\\u00e9\\u20AC\"]", "\xC3\xA9\xE2\x82\xAC"},
-      {"[\"\\u00ff\\u00FF\\u0fAf\"]", "\xC3\xBF\xC3\xBF\xE0\xBE\xAF"},
+      {"[\"\\u00ff\\u00FF\\u0fAf\\u00aa\"]", "\xC3\xBF\xC3\xBF\xE0\xBE\xAF\xC2\xAA"},
+      {"[\"\\u007f\\u0080\\u07ff\\u0800\\uffff\"]", "\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF"},
+      {"[\"\\ud800\\udc00\\udbff\\udfff\"]", "\xF0\x90\x80\x80\xF4\x8F\xBF\xBF"},
       {"[\"\\ud83d\\ude00\"]", "\xF0\x9F\x98\x80"},
       {"[\"\\uDBFF\\uDFFF\"]", "\xF4\x8F\xBF\xBF"},
       {"[\"a\\ud83db\"]", "ab"},

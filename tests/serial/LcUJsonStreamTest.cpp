@@ -302,7 +302,7 @@ TEST(LcUJsonStream, WritesWithNowhereToGoFail) {
 
 TEST(LcUJsonStream, SixtyFourBitValues) {
   LcUJsonStream s;
-  ASSERT_TRUE(s.LoadText("[1e19,9007199254740993,-3.9,1e300,\" 42abc\",\"+7\",\"-5\"]"));
+  ASSERT_TRUE(s.LoadText("[1e19,9007199254740993,-3.9,1e300,\"\\r\\n\\t\\u000b\\f 42abc\",\"+7\",\"-5\"]"));
   s.EnterArray();
   EXPECT_EQ(s.ReadUInt64(), 10000000000000000000ull);
   EXPECT_EQ(s.ReadInt64(), 9007199254740992ll);

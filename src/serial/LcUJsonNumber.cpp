@@ -197,6 +197,7 @@ bool IsPlainWhole(double value) {
 }  // namespace
 
 int32_t LcUJsonNumber::PrintedSizeBound(double value) {
+  if (value == 0) return std::signbit(value) ? 2 : 1;
   if (!IsPlainWhole(value)) return ePRINT_SIZE - 1;
   int64_t whole = int64_t(value);
   int32_t size = whole < 0 ? 2 : 1;

@@ -19,8 +19,9 @@ size_t StringSize(const char* text) {
   return size;
 }
 
-// At least the printed size; exact but for fractions, which count their
-// longest form. The text is then written once into one block.
+// At least the printed size; exact but for fractions and whole numbers
+// from 1e17 on, which count their longest form. The text is then written
+// once into one block.
 size_t Bound(const LcUJsonNode* node, int depth, bool pretty) {
   switch (node->Kind()) {
     case LcUJsonNode::eFALSE: return 5;
@@ -29,15 +30,20 @@ size_t Bound(const LcUJsonNode* node, int depth, bool pretty) {
     case LcUJsonNode::eNUMBER: return size_t(LcUJsonNumber::PrintedSizeBound(node->doubleValue));
     case LcUJsonNode::eSTRING: return StringSize(node->stringValue);
     case LcUJsonNode::eARRAY: {
+      // "[", "]" and a separator after all items but the last.
       size_t size = 2;
       for (const LcUJsonNode* item = node->firstChild; item; item = item->next)
-        size += Bound(item, depth + 1, pretty) + (pretty ? 2 : 1);
+        size += Bound(item, depth + 1, pretty) + (item->next ? (pretty ? 2 : 1) : 0);
       return size;
     }
     case LcUJsonNode::eOBJECT: {
+      // Braces, with a newline and the closing tabs when pretty; each member
+      // is its tabs, name, colon (and tab), value, comma but for the last,
+      // and newline.
       size_t size = pretty ? 3 + size_t(depth) : 2;
       for (const LcUJsonNode* item = node->firstChild; item; item = item->next)
-        size += StringSize(item->name) + Bound(item, depth + 1, pretty) + (pretty ? size_t(depth) + 5 : 2);
+        size += StringSize(item->name) + Bound(item, depth + 1, pretty) + (pretty ? size_t(depth) + 4 : 1) +
+                (item->next ? 1 : 0);
       return size;
     }
     default: return 0;

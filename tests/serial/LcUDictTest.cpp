@@ -114,6 +114,28 @@ TEST(LcUDict, EraseWithinOneBucket) {
   }
 }
 
+// Keys whose hashes are equal are still told apart by the keys themselves.
+TEST(LcUDict, EqualHashesDifferentKeys) {
+  std::map<uint32_t, uint64_t> seen;
+  uint64_t a = 0, b = 0;
+  for (uint64_t k = 1; !b; ++k) {
+    auto found = seen.emplace(LcUDictKey<uint64_t>::Hash(k), k);
+    if (!found.second) {
+      a = found.first->second;
+      b = k;
+    }
+  }
+  LcUDict<uint64_t, int> dict;
+  dict.Insert(a, 1);
+  dict.Insert(b, 2);
+  EXPECT_EQ(dict.Count(), 2u);
+  EXPECT_EQ(*dict.Find(a), 1);
+  EXPECT_EQ(*dict.Find(b), 2);
+  EXPECT_TRUE(dict.Erase(b));
+  EXPECT_EQ(dict.Find(b), nullptr);
+  EXPECT_EQ(*dict.Find(a), 1);
+}
+
 TEST(LcUDict, TextKeys) {
   LcUDict<LcUString, int> wide;
   LcUDict<LcUStringA, int> narrow;

@@ -200,6 +200,33 @@ TEST(LcUJsonNode, CompactAndPrettyLayouts) {
   EXPECT_EQ(Print(nullptr), "<null>");
 }
 
+// Without fractions the text's block is exactly its size: the printer
+// measures before it writes, and must never measure short.
+TEST(LcUJsonNode, PrintSizesItsTextExactly) {
+  const char* const kTexts[] = {
+      "[]",
+      "{}",
+      "[[[]],{},[{}],{\"a\":{\"b\":{\"c\":[{\"d\":[]}]}}}]",
+      "{\"k\\\"ey\":\"v\\u0001\\n\\t\\\\\\\"\\b\\f\\r\",\"n\":[-12,0,7,99999999999999984,-0,-1e16],\"t\":true}",
+      "[{\"a\":[{\"b\":1},{\"c\":[false,null]}]},[[{\"d\":\"\"}]]]",
+  };
+  HookCounter::Install();
+  for (const char* text : kTexts) {
+    LcUJsonNode* root = LcUJsonNode::Parse(text);
+    ASSERT_NE(root, nullptr) << text;
+    for (bool pretty : {false, true}) {
+      size_t length = 0;
+      char* printed = LcUJsonNode::Print(root, pretty, &length);
+      ASSERT_NE(printed, nullptr);
+      EXPECT_EQ(HookCounter::lastSize, length + 1) << printed;
+      EXPECT_EQ(std::strlen(printed), length);
+      LcUJsonNode::release(printed);
+    }
+    LcUJsonNode::Delete(root);
+  }
+  HookCounter::Uninstall();
+}
+
 TEST(LcUJsonNode, PrintedStringsAndNumbers) {
   LcUJsonNode* text = LcUJsonNode::CreateString("\"\\/\b\f\n\r\t\x01\x1F\x7F\xC3\xA9");
   EXPECT_EQ(Print(text), "\"\\\"\\\\/\\b\\f\\n\\r\\t\\u0001\\u001f\x7F\xC3\xA9\"");

@@ -11,10 +11,12 @@ namespace SerialTesting {
 size_t HookCounter::allocations = 0;
 size_t HookCounter::releases = 0;
 size_t HookCounter::failFrom = 0;
+size_t HookCounter::lastSize = 0;
 
 void* HookCounter::Allocate(size_t size) {
   if (failFrom && allocations + 1 >= failFrom) return nullptr;
   ++allocations;
+  lastSize = size;
   return std::malloc(size);
 }
 

@@ -18,6 +18,7 @@ struct HookCounter {
   static size_t allocations;
   static size_t releases;
   static size_t failFrom;  // 0: never
+  static size_t lastSize;
   static void* Allocate(size_t size);
   static void Release(void* block);
   // Installs the counting hooks, zeroed.

@@ -66,7 +66,10 @@ if [ "$fuzz" != 0 ]; then
       name=$(basename "$target")
       corpus="build/fuzz/corpus/$name"
       mkdir -p "$corpus"
-      if "$target" -max_total_time="$fuzz" -max_len=4096 -rss_limit_mb=4096 "$corpus" >"build/fuzz/$name.log" 2>&1; then
+      # fuzz/<target>.seeds names an outside folder of seed inputs.
+      seeds=()
+      [ -f "fuzz/$name.seeds" ] && seeds=("$(cat "fuzz/$name.seeds")")
+      if "$target" -max_total_time="$fuzz" -max_len=4096 -rss_limit_mb=4096 "$corpus" "${seeds[@]}" >"build/fuzz/$name.log" 2>&1; then
         echo "$name: clean"
         passed=$((passed + 1))
       else

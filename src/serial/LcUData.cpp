@@ -77,8 +77,8 @@ void LcUData::CopyFrom(const LcUData& other) {
     case eWSTRING: SetWString(other.value.wide); break;
     case eSTRING: SetString(other.value.narrow); break;
     case eNAME: SetName(other.value.name); break;
-    case eVECTOR3: SetVector3(other.value.vector[0], other.value.vector[1], other.value.vector[2]); break;
-    case eVECTOR2: SetVector2(other.value.vector[0], other.value.vector[1]); break;
+    case eVECTOR3:
+    case eVECTOR2: SetVector(other.value.vector, other.tag); break;
     default:
       tag = other.tag;
       value = other.value;
@@ -148,25 +148,24 @@ void LcUData::SetString(const char* text) {
   value.narrow = copy;
 }
 
-void LcUData::SetVector3(double x, double y, double z) {
-  double* vector = static_cast<double*>(LcUMemory::Alloc(3 * sizeof(double), alignof(double), 0));
+void LcUData::SetVector(const double* values, int32_t vectorTag) {
+  uint32_t count = VectorSize(vectorTag);
+  double* vector = static_cast<double*>(LcUMemory::Alloc(count * sizeof(double), alignof(double), 0));
   Clear();
   if (!vector) return;
-  vector[0] = x;
-  vector[1] = y;
-  vector[2] = z;
-  tag = eVECTOR3;
+  std::memcpy(vector, values, count * sizeof(double));
+  tag = vectorTag;
   value.vector = vector;
 }
 
+void LcUData::SetVector3(double x, double y, double z) {
+  const double values[3] = {x, y, z};
+  SetVector(values, eVECTOR3);
+}
+
 void LcUData::SetVector2(double x, double y) {
-  double* vector = static_cast<double*>(LcUMemory::Alloc(2 * sizeof(double), alignof(double), 0));
-  Clear();
-  if (!vector) return;
-  vector[0] = x;
-  vector[1] = y;
-  tag = eVECTOR2;
-  value.vector = vector;
+  const double values[2] = {x, y};
+  SetVector(values, eVECTOR2);
 }
 
 bool LcUData::Equal(const LcUData& a, const LcUData& b) {

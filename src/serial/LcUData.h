@@ -87,6 +87,7 @@ public:
 
 private:
   void CopyFrom(const LcUData& other);
+  void SetVector(const double* values, int32_t vectorTag);
 
   int32_t tag = eNONE;
   union {

@@ -70,6 +70,15 @@ void AppendFixed(LcUString& out, double value) {
   AppendAscii(out, text);
 }
 
+// Narrow text widened through the process's code page; false for null.
+bool AppendNarrow(LcUString& out, const char* text) {
+  if (!text) return false;
+  LcUString wide;
+  LcUString::MultiByteToWide(text, wide);
+  out.Append(wide);
+  return true;
+}
+
 void AppendGeneral(LcUString& out, double value, int digits) {
   char text[48];
   std::to_chars_result r = std::to_chars(text, text + sizeof text - 1, value, std::chars_format::general, digits);
@@ -134,13 +143,7 @@ void LcUData::ToDebugText(LcUString& out) const {
       if (value.name->GetUserName()) out.Append(value.name->GetUserName());
       break;
     case eSTRING:
-      if (value.narrow) {
-        LcUString wide;
-        LcUString::MultiByteToWide(value.narrow, wide);
-        out.Append(wide);
-      } else {
-        AppendAscii(out, "<<null>>");
-      }
+      if (!AppendNarrow(out, value.narrow)) AppendAscii(out, "<<null>>");
       break;
     case eVECTOR3:
     case eVECTOR2:
@@ -182,13 +185,7 @@ void LcUData::ToText(LcUString& out) const {
       if (value.name->GetUserName()) out.Append(value.name->GetUserName());
       break;
     }
-    case eSTRING:
-      if (value.narrow) {
-        LcUString wide;
-        LcUString::MultiByteToWide(value.narrow, wide);
-        out.Append(wide);
-      }
-      break;
+    case eSTRING: AppendNarrow(out, value.narrow); break;
     case eVECTOR3:
     case eVECTOR2:
       for (uint32_t i = 0; i < (tag == eVECTOR3 ? 3u : 2u); ++i) {

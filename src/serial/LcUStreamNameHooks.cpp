@@ -1,7 +1,5 @@
 #include "serial/LcUStreamNameHooks.h"
 
-#include <cstdio>
-
 #include "serial/LcUName.h"
 #include "serial/LcUNameTable.h"
 #include "serial/LcUStreamReader.h"
@@ -43,13 +41,7 @@ LcUName* LcUStreamNameHooks::Read(LcUStreamReader& stream) {
       return name;
     }
   }
-  if (id != stream.nextId) {
-    char read[16];
-    std::snprintf(read, sizeof read, "%u", id);
-    stream.FailMismatch(read, "Name!");
-    return nullptr;
-  }
-  ++stream.nextId;
+  if (!stream.TakeNextId(id)) return nullptr;
   LcUStringA internal;
   LcUString user;
   stream.ReadString(internal);

@@ -155,6 +155,8 @@ private:
   int32_t MappedEntry(int32_t fileEntry) const;
   void* ReadFirstTime(uint32_t id, int32_t entry, int32_t* working, LcUStreamUnknownData** unknownData);
   bool AddObject(void* object, int32_t entry);
+  // The id of a first-time object must be the next one: code 16 otherwise.
+  bool TakeNextId(uint32_t id);
 
   friend class LcUStreamCopy;
   friend class LcUStreamNameHooks;

@@ -175,15 +175,20 @@ int32_t LcUStreamReader::ReadReference(uint32_t* id, int32_t* entry, bool looked
   return first ? 2 : 1;
 }
 
-void* LcUStreamReader::ReadFirstTime(uint32_t id, int32_t entry, int32_t* working, LcUStreamUnknownData** unknownData) {
-  if (id != nextId) {
-    char read[16], expected[16];
-    std::snprintf(read, sizeof read, "%u", id);
-    std::snprintf(expected, sizeof expected, "%u", nextId);
-    FailMismatch(read, expected);
-    return nullptr;
+bool LcUStreamReader::TakeNextId(uint32_t id) {
+  if (id == nextId) {
+    ++nextId;
+    return true;
   }
-  ++nextId;
+  char read[16], expected[16];
+  std::snprintf(read, sizeof read, "%u", id);
+  std::snprintf(expected, sizeof expected, "%u", nextId);
+  FailMismatch(read, expected);
+  return false;
+}
+
+void* LcUStreamReader::ReadFirstTime(uint32_t id, int32_t entry, int32_t* working, LcUStreamUnknownData** unknownData) {
+  if (!TakeNextId(id)) return nullptr;
   const LcUStreamFormatEntry& e = workingFormat->entries[size_t(entry)];
   if (e.substitute == LcUStreamFormatEntry::eNO_BASE) {
     Fail(eNO_BASE, "No known base for class \"%s\"", e.name.Get() ? e.name.Get() : "");
@@ -270,15 +275,5 @@ void* LcUStreamReader::ReadObject(int32_t expectedEntry) {
 }
 
 bool LcUStreamReader::ReadKnownId(uint32_t id, void* object, int32_t entry) {
-  if (error) return false;
-  if (id != nextId) {
-    char read[16], expected[16];
-    std::snprintf(read, sizeof read, "%u", id);
-    std::snprintf(expected, sizeof expected, "%u", nextId);
-    FailMismatch(read, expected);
-    return false;
-  }
-  ++nextId;
-  AddObject(object, entry);
-  return true;
+  return !error && TakeNextId(id) && AddObject(object, entry);
 }

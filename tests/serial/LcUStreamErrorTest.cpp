@@ -186,3 +186,138 @@ TEST_F(StreamErrors, NeverBegunIsCode26) {
   EXPECT_EQ(0u, buffer.GetSize());
 }
 }  // namespace
+
+#include "serial/LcUStreamFilterSink.h"
+
+namespace {
+// A filter that flips every byte on its way to the next sink and back,
+// lending its own block; it can be told to refuse to begin.
+class FlipFilter : public LcUStreamFilterSink {
+public:
+  explicit FlipFilter(const char* name, bool refuse = false) : name(name), refuse(refuse) {}
+  const char* GetName() const override { return name; }
+  bool WriteBegin(LcUStream*) override {
+    begun = !refuse;
+    return begun;
+  }
+  bool GetWriteBlock(uint8_t** block, uint32_t* size) override {
+    *block = local;
+    *size = sizeof local;
+    return true;
+  }
+  bool CommitWrite(uint32_t count) override {
+    uint8_t* target;
+    uint32_t room;
+    for (uint32_t done = 0; done < count;) {
+      if (!next->GetWriteBlock(&target, &room)) return false;
+      uint32_t n = count - done < room ? count - done : room;
+      for (uint32_t i = 0; i < n; ++i) target[i] = uint8_t(local[done + i] ^ 0xFF);
+      if (!next->CommitWrite(n)) return false;
+      done += n;
+    }
+    return true;
+  }
+  bool WriteEnd() override {
+    ended = true;
+    return true;
+  }
+  bool ReadBegin(LcUStream* s) override { return WriteBegin(s); }
+  int32_t GetReadBlock(const uint8_t** block, uint32_t* size) override {
+    const uint8_t* source;
+    uint32_t count;
+    if (int32_t r = next->GetReadBlock(&source, &count)) return r;
+    if (!source || count == 0) {
+      *block = nullptr;
+      *size = 0;
+      return 0;
+    }
+    count = count < sizeof local ? count : uint32_t(sizeof local);
+    for (uint32_t i = 0; i < count; ++i) local[i] = uint8_t(source[i] ^ 0xFF);
+    next->ConsumeRead(count);
+    *block = local;
+    *size = count;
+    return 0;
+  }
+  bool ConsumeRead(uint32_t) override { return true; }
+  bool ReadEnd() override {
+    ended = true;
+    return true;
+  }
+
+  const char* name;
+  bool refuse;
+  bool begun = false;
+  bool ended = false;
+  alignas(8) uint8_t local[64];
+};
+
+TEST_F(StreamErrors, FiltersAreNamedInTheHeaderAndPutBackByTheReader) {
+  for (int32_t ascii : {0, 1}) {
+    LcUStreamBuffer buffer;
+    FlipFilter flip("flip");
+    LcUStreamWriter writer(&buffer);
+    writer.ascii = ascii;
+    writer.filters.push_back(&flip);
+    ASSERT_TRUE(writer.WriteBegin(true));
+    for (int32_t i = 0; i < 100; ++i) writer.WriteInt32(i * 7919);
+    writer.WriteString("through the filter");
+    ASSERT_TRUE(writer.WriteEnd());
+    std::string bytes = Bytes(buffer);
+    EXPECT_EQ(0u, bytes.find(ascii ? "#LcUStream-V1.1 ascii double release utf8 linull flip\n"
+                                   : "#LcUStream-V1.1 binary double release utf8 linull flip\n"));
+    EXPECT_EQ(std::string::npos, bytes.find("through the filter"));
+
+    FlipFilter other("other"), back("flip");
+    LcUStreamReader reader(&buffer);
+    reader.OfferFilter(&other);
+    reader.OfferFilter(&back);
+    ASSERT_TRUE(reader.ReadBegin(true));
+    ASSERT_EQ(1u, reader.filters.size());
+    EXPECT_EQ(&back, reader.filters[0]);
+    for (int32_t i = 0; i < 100; ++i) ASSERT_EQ(i * 7919, reader.ReadInt32()) << i;
+    LcUStringA text;
+    reader.ReadString(text);
+    EXPECT_STREQ("through the filter", text.Get());
+    EXPECT_TRUE(reader.ReadEnd(true)) << reader.GetError();
+    EXPECT_TRUE(back.ended);
+    EXPECT_FALSE(other.begun);
+  }
+}
+
+TEST_F(StreamErrors, AFailedBeginEndsTheFiltersBegunBeforeIt) {
+  LcUStreamBuffer buffer;
+  FlipFilter first("first"), second("second", true), third("third");
+  LcUStreamWriter writer(&buffer);
+  writer.filters = {&first, &second, &third};
+  EXPECT_FALSE(writer.WriteBegin(true));
+  EXPECT_EQ(3, writer.GetError());
+  EXPECT_TRUE(first.ended);
+  EXPECT_FALSE(second.ended);
+  EXPECT_FALSE(third.begun);
+
+  FlipFilter one("one"), two("two", true);
+  LcUStreamReader reader(&buffer);
+  reader.filters = {&one, &two};
+  EXPECT_FALSE(reader.ReadBegin(false));
+  EXPECT_EQ(8, reader.GetError());
+  EXPECT_TRUE(one.ended);
+}
+
+TEST_F(StreamErrors, AsciiReadsAfterAnErrorConsumeNothing) {
+  LcUStreamBuffer buffer;
+  LcUStreamReader reader(&buffer);
+  ASSERT_TRUE(BeginReading(buffer, reader, kAsciiHeader + "  x\n  [ 1 2 ]\n  \"text\"\n"));
+  EXPECT_EQ(0, reader.ReadInt32());
+  EXPECT_EQ(16, reader.GetError());
+  const uint8_t* before = reader.blockCurrent;
+  int32_t line = reader.line;
+  int32_t values[2] = {9, 9};
+  EXPECT_FALSE(reader.ReadInt32Array(values, 2));
+  LcUStringA text;
+  EXPECT_FALSE(reader.ReadString(text));
+  EXPECT_FALSE(reader.ExpectText("["));
+  EXPECT_EQ(before, reader.blockCurrent);
+  EXPECT_EQ(line, reader.line);
+  EXPECT_EQ(0, values[1]);
+}
+}  // namespace

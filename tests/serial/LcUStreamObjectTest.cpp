@@ -173,6 +173,29 @@ TEST_F(StreamObjects, UnknownClassesReadAsTheirBaseAndKeepTheirTail) {
   }
 }
 
+// A caller that does not ask for the tail still gets the base, and the
+// stream reads on past what it could not interpret.
+TEST_F(StreamObjects, AnUnknownClassReadsWithoutItsTailWhenNotAsked) {
+  std::unique_ptr<LcUStreamFormat> full(MakeFormat(true));
+  std::unique_ptr<LcUStreamFormat> old(MakeFormat(false));
+  Extended e;
+  Node child, after;
+  e.extra = {1, 2};
+  e.child = &child;
+  after.value = 5;
+  std::string bytes = WriteRoots(full.get(), {0, 1, 0}, {&e, &after});
+  LcUStreamBuffer buffer;
+  LcUStreamReader reader(&buffer);
+  reader.OfferFormat(old.get());
+  ASSERT_TRUE(BeginReading(buffer, reader, bytes, true, true));
+  EXPECT_NE(nullptr, dynamic_cast<Derived*>(static_cast<Node*>(reader.ReadObject(eDERIVED))));
+  Node* second = static_cast<Node*>(reader.ReadObject(eNODE));
+  ASSERT_NE(nullptr, second);
+  EXPECT_EQ(5, second->value);
+  EXPECT_EQ(0, reader.GetError());
+  reader.ReadEnd(false);
+}
+
 // A hand-made stream of the "Shapes" format: its header, then the words.
 template <typename F>
 std::string Handmade(F write, bool debug = false) {
@@ -260,6 +283,7 @@ TEST_F(StreamObjects, ReadErrorsOnHandmadeStreams) {
       {"a reference out of range", Handmade([](LcUStreamWriter& w) { w.WriteNat32(1); w.WriteNat32(100); }), 16,
        "Read \"Bad reference id\", expected \"Object!\"", 0, 0},
       {"a bad entry", Handmade(def(100, 9)), 16, "Read \"9\", expected \"Entry!\"", 0, 0},
+      {"the first entry past the table", Handmade(def(100, 2)), 16, "Read \"2\", expected \"Entry!\"", 0, 0},
       {"a create that fails", Handmade(def(100, 0)), 21, nullptr, 1, 0},
       {"a read that fails", Handmade(def(100, 0)), 22, nullptr, 0, 1},
       {"the wrong entry", Handmade(def(100, 0)), 24, "Object has entry 0, expected 1", 0, 0, eDERIVED},

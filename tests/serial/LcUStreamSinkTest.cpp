@@ -59,6 +59,9 @@ TEST_F(StreamSinks, BlockSinkWritesWholeBlocksAndTheRest) {
     std::vector<uint32_t> sizes;
     for (const std::string& b : sink.blocks) sizes.push_back(uint32_t(b.size()));
     EXPECT_EQ(row.blocks, sizes) << row.bytes << " pad " << row.pad;
+    // The block is gone: a second end has nothing left to write.
+    EXPECT_TRUE(sink.WriteEnd());
+    EXPECT_EQ(row.blocks.size(), sink.blocks.size());
     if (row.pad && row.bytes == 10) {
       EXPECT_EQ(std::string(65536 - 10, '\0'), sink.blocks[0].substr(10));
     }

@@ -4,6 +4,12 @@
 #include "serial/LcUJsonNumber.h"
 
 namespace {
+// Trees are larger than the caches: while one item is handled, the next
+// one's node is fetched.
+inline void Prefetch(const LcUJsonNode* item) {
+  if (item->next) __builtin_prefetch(item->next);
+}
+
 // The printed size of a string: quotes, and each byte with its escape.
 size_t StringSize(const char* text) {
   if (!text) return 0;
@@ -32,8 +38,10 @@ size_t Bound(const LcUJsonNode* node, int depth, bool pretty) {
     case LcUJsonNode::eARRAY: {
       // "[", "]" and a separator after all items but the last.
       size_t size = 2;
-      for (const LcUJsonNode* item = node->firstChild; item; item = item->next)
+      for (const LcUJsonNode* item = node->firstChild; item; item = item->next) {
+        Prefetch(item);
         size += Bound(item, depth + 1, pretty) + (item->next ? (pretty ? 2 : 1) : 0);
+      }
       return size;
     }
     case LcUJsonNode::eOBJECT: {
@@ -41,9 +49,11 @@ size_t Bound(const LcUJsonNode* node, int depth, bool pretty) {
       // is its tabs, name, colon (and tab), value, comma but for the last,
       // and newline.
       size_t size = pretty ? 3 + size_t(depth) : 2;
-      for (const LcUJsonNode* item = node->firstChild; item; item = item->next)
+      for (const LcUJsonNode* item = node->firstChild; item; item = item->next) {
+        Prefetch(item);
         size += StringSize(item->name) + Bound(item, depth + 1, pretty) + (pretty ? size_t(depth) + 4 : 1) +
                 (item->next ? 1 : 0);
+      }
       return size;
     }
     default: return 0;
@@ -120,6 +130,7 @@ private:
   void Array(const LcUJsonNode* node, int depth) {
     Put('[');
     for (const LcUJsonNode* item = node->firstChild; item; item = item->next) {
+      Prefetch(item);
       Value(item, depth + 1);
       if (item->next) pretty ? Put(", ", 2) : Put(',');
     }
@@ -130,6 +141,7 @@ private:
     Put('{');
     if (pretty) Put('\n');
     for (const LcUJsonNode* item = node->firstChild; item; item = item->next) {
+      Prefetch(item);
       if (pretty) Tabs(depth + 1);
       String(item->name);
       pretty ? Put(":\t", 2) : Put(':');

@@ -39,7 +39,8 @@ public:
   // Reading an absent attribute gives the default and succeeds.
   virtual bool StringAttribute(const char* name, LcUString& value, const char16_t* defaultValue) = 0;
   virtual bool IntAttributeWithDefault(const char* name, int32_t& value, int32_t defaultValue) = 0;
-  // Reading an element without text gives an empty text and false.
+  // Reading an element without text gives an empty text; false only
+  // outside any element.
   virtual bool ElementText(LcUString& value) = 0;
   // A writing stream's document: into its target file, or without one into
   // `text` as UTF-8.

@@ -287,3 +287,32 @@ TEST(XMLStream, EscapesInOrder) {
   EXPECT_TRUE(empty.IsEmpty());
 }
 }  // namespace
+
+namespace {
+TEST_F(XMLTest, ANameOfEitherFaceAloneReadsBack) {
+  LcUName* keyOnly = new LcUName("only.key", u"");
+  LcUName* userOnly = new LcUName(u"Only user");
+  std::string text = Written([&](LcUXMLDOMStream& s) {
+    s.BeginElement("root", 0);
+    EXPECT_TRUE(LcUXMLStream::SerialiseName(s, keyOnly, 0));
+    EXPECT_TRUE(LcUXMLStream::SerialiseName(s, userOnly, 0));
+    s.EndElement("root");
+  });
+  Read(text, [&](LcUXMLDOMStream& s) {
+    s.BeginElement("root", 0);
+    LcUName* first = nullptr;
+    LcUName* second = nullptr;
+    EXPECT_TRUE(LcUXMLStream::SerialiseName(s, first, 0));
+    EXPECT_TRUE(LcUXMLStream::SerialiseName(s, second, 0));
+    ASSERT_NE(nullptr, first);
+    ASSERT_NE(nullptr, second);
+    EXPECT_STREQ("only.key", first->GetInternalName());
+    EXPECT_EQ(nullptr, second->GetInternalName());
+    EXPECT_TRUE(LcUString::Equal(u"Only user", second->GetUserName()));
+    first->Release();
+    second->Release();
+  });
+  keyOnly->Release();
+  userOnly->Release();
+}
+}  // namespace

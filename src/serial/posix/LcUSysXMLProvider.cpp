@@ -140,9 +140,8 @@ public:
       ToUTF8(value.Get(), utf8);
       return node.text().set(utf8.Get());
     }
-    const char* text = node.text().get();
-    FromUTF8(text, value);
-    return text && *text;
+    FromUTF8(node.text().get(), value);
+    return levels.size() > 1;
   }
 
   bool Save(LcUStringA& text) override {

@@ -224,7 +224,7 @@ public:
     Bstr text;
     if (FAILED(node->get_text(text.Out()))) return false;
     value.Assign(text.Text());
-    return !value.IsEmpty();
+    return levels.size() > 1;
   }
 
   bool Save(LcUStringA& text) override {

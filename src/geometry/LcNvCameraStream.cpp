@@ -11,7 +11,7 @@ constexpr uint32_t kOffsetsVersion = 425;
 
 bool LcNvCamera::Read(LcUStreamReader& stream) {
   int32_t kind = stream.ReadInt32();
-  if (stream.GetError() == 0 && uint32_t(kind) > uint32_t(eORTHOGRAPHIC)) {
+  if (stream.GetError() == 0 && kind > eORTHOGRAPHIC) {
     char read[16];
     std::snprintf(read, sizeof read, "%d", kind);
     stream.FailMismatch(read, "Projection");

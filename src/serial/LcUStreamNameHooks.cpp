@@ -48,7 +48,10 @@ LcUName* LcUStreamNameHooks::Read(LcUStreamReader& stream) {
   stream.ReadWideString(user);
   if (stream.GetError()) return nullptr;
   LcUName* name = stream.names ? stream.names->Intern(user.Get(), internal.Get()) : new LcUName(internal.Get(), user.Get());
-  if (!name) return nullptr;
+  if (!name) {
+    stream.Fail(LcUStream::eCREATE_FAILED, "No memory for name %u", id);
+    return nullptr;
+  }
   if (stream.names) name->AddRef();
   // The stream's table keeps a count of its own until the end.
   name->AddRef();

@@ -56,6 +56,7 @@ bool LcUStreamReader::SelectFormat(const char* word, bool strict) {
 
 bool LcUStreamReader::ReadBegin(bool readHeader, bool strict) {
   error = 0;
+  depth = 0;
   line = 1;
   atEnd = 0;
   bitWord = 0;
@@ -69,6 +70,13 @@ bool LcUStreamReader::ReadBegin(bool readHeader, bool strict) {
     return BeginFilters();
   }
   filters.clear();
+  format = nullptr;
+  formatName.Free();
+  formatVersion = 0;
+  // A file opens in binary until the header says otherwise: the header
+  // reader passes over carriage returns, and a binary stream must not be
+  // translated.
+  ascii = 0;
   if (!sink->ReadBegin(this)) return Fail(eREAD_BEGIN_FAILED, "ReadBegin failed");
   head = blockSink = sink;
   // The header is plain text whatever it says, and comes past any filters.
@@ -78,6 +86,7 @@ bool LcUStreamReader::ReadBegin(bool readHeader, bool strict) {
   if (error) return false;
   for (size_t i = 0; i < filters.size(); ++i) {
     if (filters[i]->ReadBegin(this)) continue;
+    sink->ReadEnd();
     for (size_t j = 0; j < i; ++j) filters[j]->ReadEnd();
     return Fail(eREAD_BEGIN_FAILED, "ReadBegin failed");
   }
@@ -285,7 +294,16 @@ void LcUStreamReader::ExpectToken(int32_t code, uint32_t count, bool array) {
 bool LcUStreamReader::Choose(char first, const char* yes, const char* no, bool& chosen) {
   SkipWhite();
   chosen = Peek() == first;
-  return ExpectText(chosen ? yes : no);
+  const char* word = chosen ? yes : no;
+  if (!ExpectText(word)) return false;
+  // The word ends with its blank.
+  int next = Peek();
+  if (next == ' ' || next == '\t' || next == '\n' || next == '\r') return true;
+  if (next < 0) return FailEnd();
+  char read[16];
+  std::snprintf(read, sizeof read, "%s%c", word, char(next));
+  FailMismatch(read, word);
+  return false;
 }
 
 uint32_t LcUStreamReader::ReadHeaderWord(char* word, bool& lineEnded) {
@@ -300,7 +318,17 @@ uint32_t LcUStreamReader::ReadHeaderWord(char* word, bool& lineEnded) {
       break;
     }
     word[length++] = char(c);
-    if (length == eMAX_WORD) break;
+    if (length < eMAX_WORD) continue;
+    // A word of the longest length still needs its separator.
+    int next = Peek();
+    if (next == ' ' || next == '\n') {
+      Get();
+      lineEnded = next == '\n';
+      word[length] = 0;
+      return length;
+    }
+    word[0] = 0;
+    return eMAX_WORD + 1;
   }
   word[length] = 0;
   return length;
@@ -328,7 +356,7 @@ bool LcUStreamReader::ReadHeader(bool strict) {
   bool first = true;
   while (!lineEnded && !error) {
     uint32_t length = ReadHeaderWord(word, lineEnded);
-    if (length == eMAX_WORD) break;
+    if (length > eMAX_WORD) break;
     if (length == 0) continue;
     if (first) {
       first = false;

@@ -154,6 +154,7 @@ private:
   int32_t ReadReference(uint32_t* id, int32_t* entry, bool lookedUp = true);
   int32_t MappedEntry(int32_t fileEntry) const;
   void* ReadFirstTime(uint32_t id, int32_t entry, int32_t* working, LcUStreamUnknownData** unknownData);
+  void* ReadNewObject(int32_t entry, int32_t* working, LcUStreamUnknownData** unknownData);
   bool AddObject(void* object, int32_t entry);
   // The id of a first-time object must be the next one: code 16 otherwise.
   bool TakeNextId(uint32_t id);
@@ -162,6 +163,9 @@ private:
   friend class LcUStreamNameHooks;
   // The row of a name, which the table holds a count on.
   enum : int32_t { eNAME_ROW = -2 };
+  // How deep first-time objects may nest.
+  enum : int32_t { eMAX_DEPTH = 2000 };
+  int32_t depth = 0;
 
   LcUStreamSink* blockSink = nullptr;
   std::vector<LcUStreamFilterSink*, LcUAllocator<LcUStreamFilterSink*>> offered;

@@ -131,11 +131,12 @@ int32_t LcUStreamReader::ReadReference(uint32_t* id, int32_t* entry, bool looked
     first = std::strcmp(word, "DEF") == 0;
     if (!first && std::strcmp(word, "USE") != 0) return FailMismatch(word, "Object!"), 0;
     int64_t value = 0;
-    if (ReadWord(word) == 0 || !ParseDecimal(word, value) || value < 0 || value > 0xFFFFFFFFll) {
+    if (ReadWord(word) == 0 || !ParseDecimal(word, value)) {
       if (!error) FailMismatch(word, "Object!");
       return 0;
     }
-    *id = uint32_t(value);
+    // Any number out of the table is a bad reference, and no first-time id.
+    *id = value < 0 || value > 0xFFFFFFFFll ? 0 : uint32_t(value);
     if (first) {
       if (!workingFormat) return Fail(eNO_FORMAT, "No format for stream"), 0;
       if (ReadWord(word) == 0) return error ? 0 : (FailEnd(), 0);
@@ -188,7 +189,20 @@ bool LcUStreamReader::TakeNextId(uint32_t id) {
 }
 
 void* LcUStreamReader::ReadFirstTime(uint32_t id, int32_t entry, int32_t* working, LcUStreamUnknownData** unknownData) {
+  // Objects nest by recursion: a hostile stream must not exhaust the stack.
+  if (depth >= eMAX_DEPTH) {
+    FailMismatch("Nested too deep", "Object!");
+    return nullptr;
+  }
   if (!TakeNextId(id)) return nullptr;
+  ++depth;
+  void* object = ReadNewObject(entry, working, unknownData);
+  --depth;
+  return object;
+}
+
+void* LcUStreamReader::ReadNewObject(int32_t entry, int32_t* working, LcUStreamUnknownData** unknownData) {
+  uint32_t id = nextId - 1;
   const LcUStreamFormatEntry& e = workingFormat->entries[size_t(entry)];
   if (e.substitute == LcUStreamFormatEntry::eNO_BASE) {
     Fail(eNO_BASE, "No known base for class \"%s\"", e.name.Get() ? e.name.Get() : "");
@@ -228,9 +242,12 @@ void* LcUStreamReader::ReadFirstTime(uint32_t id, int32_t entry, int32_t* workin
     tail.WriteEnd();
     if (tail.error && !error) Fail(tail.error, "Unknown object data could not be kept");
     if (unknownData && !error) {
+      // Kept in a block of its own size, not the buffer's growth block.
+      LcUStreamBuffer exact;
       uint32_t size = buffer.GetSize();
-      const uint8_t* data = size ? buffer.GetData() : nullptr;
-      void* block = buffer.Detach();
+      if (size) exact.SetData(buffer.GetData(), size, 1);
+      const uint8_t* data = size ? exact.GetData() : nullptr;
+      void* block = exact.Detach();
       LcUStreamUnknownData* kept = new LcUStreamUnknownData(entry, block, data, size);
       if (!kept) {
         LcUMemory::MallocFree(block);

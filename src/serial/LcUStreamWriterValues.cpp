@@ -123,6 +123,7 @@ void LcUStreamWriter::WriteString(const char* text) {
 
 void LcUStreamWriter::WriteString(const char* text, int32_t length) {
   if (error) return;
+  if (text && length < 0) length = int32_t(std::strlen(text) > 0x7FFFFFFF ? 0x7FFFFFFF : std::strlen(text));
   if (debug) WriteToken(eSTRING, 0, false);
   if (ascii) {
     PutQuoted(text, length);

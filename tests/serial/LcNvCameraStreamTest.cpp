@@ -50,6 +50,21 @@ TEST_F(CameraStream, TheVersionGatesTheOffsets) {
   }
 }
 
+TEST_F(CameraStream, OnlyProjectionsAboveOneFail) {
+  for (int32_t projection : {-1, 1, 2}) {
+    std::string bytes = Written({0, 1, 0}, [&](LcUStreamWriter& w) {
+      LcNvCamera camera = Sample();
+      camera.projection = projection;
+      camera.Write(w);
+    });
+    LcUStreamBuffer buffer;
+    LcUStreamReader reader(&buffer);
+    ASSERT_TRUE(BeginReading(buffer, reader, bytes));
+    LcNvCamera camera;
+    EXPECT_EQ(projection <= 1, camera.Read(reader)) << projection;
+  }
+}
+
 TEST_F(CameraStream, AnUnknownProjectionFailsTheStream) {
   std::string bytes = Written({1, 1, 0}, [](LcUStreamWriter& w) {
     LcNvCamera camera = Sample();

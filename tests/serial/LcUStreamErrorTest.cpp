@@ -321,3 +321,37 @@ TEST_F(StreamErrors, AsciiReadsAfterAnErrorConsumeNothing) {
   EXPECT_EQ(0, values[1]);
 }
 }  // namespace
+
+namespace {
+TEST_F(StreamErrors, HeaderWords) {
+  const std::string prefix = "#LcUStream-V1.1 ascii double release utf8 ";
+  struct Row {
+    std::string header;
+    int32_t code;
+    std::string formatName;
+  } rows[] = {
+      {prefix + std::string(127, 'f') + "\n", 0, std::string(127, 'f')},
+      {prefix + std::string(128, 'f') + "\n", 0, std::string(128, 'f')},
+      {prefix + std::string(128, 'f') + " \r\n", 0, std::string(128, 'f')},
+      {prefix + "\n", 0, ""},
+      {"#LcUStream-V1.1 asciidouble release utf8 linull\n", 16, ""},
+      {"#LcUStream-V1.1 ascii double release utf8 linull\r\n", 0, ""},
+  };
+  for (const Row& row : rows) {
+    LcUStreamBuffer buffer;
+    LcUStreamReader reader(&buffer);
+    reader.formatName.Assign("left over");
+    BeginReading(buffer, reader, row.header + "  5\n");
+    EXPECT_EQ(row.code, reader.GetError()) << row.header.size();
+    if (row.code) continue;
+    EXPECT_EQ(row.formatName, reader.formatName.Get() ? reader.formatName.Get() : "") << row.header.size();
+    EXPECT_EQ(5, reader.ReadInt32()) << row.header.size();
+    EXPECT_TRUE(reader.ReadEnd(true)) << row.header.size();
+  }
+  // 129 characters without a separator end the header there.
+  LcUStreamBuffer buffer;
+  LcUStreamReader reader(&buffer);
+  BeginReading(buffer, reader, prefix + std::string(129, 'f') + "\n");
+  EXPECT_TRUE(reader.formatName.IsNull());
+}
+}  // namespace

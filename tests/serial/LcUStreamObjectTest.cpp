@@ -289,6 +289,18 @@ TEST_F(StreamObjects, ReadErrorsOnHandmadeStreams) {
       {"the wrong entry", Handmade(def(100, 0)), 24, "Object has entry 0, expected 1", 0, 0, eDERIVED},
       {"an ascii word that is no reference", "#LcUStream-V1.1 ascii double release utf8 Shapes\n  NOPE\n", 16,
        "expected \"Object!\"", 0, 0},
+      {"a negative ascii reference", "#LcUStream-V1.1 ascii double release utf8 Shapes\n  USE -5\n", 16,
+       "Read \"Bad reference id\", expected \"Object!\"", 0, 0},
+      {"an ascii reference beyond 32 bits", "#LcUStream-V1.1 ascii double release utf8 Shapes\n  USE 4294967396\n",
+       16, "Read \"Bad reference id\", expected \"Object!\"", 0, 0},
+      {"objects nested without end", Handmade([](LcUStreamWriter& w) {
+         for (uint32_t id = 100; id < 100 + 3000; ++id) {
+           w.WriteNat32(id);
+           w.WriteInt32(0);
+           w.WriteInt32(1);
+         }
+       }),
+       16, "Read \"Nested too deep\", expected \"Object!\"", 0, 0},
   };
   for (const Row& row : rows) {
     FailCreate() = row.failCreate;

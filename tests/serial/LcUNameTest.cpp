@@ -68,7 +68,7 @@ TEST_F(Names, IndexedNames) {
     const char* base;
   } rows[] = {{"a:3", true, 3, "a"},     {"color:12", true, 12, "color"}, {"a:", false, 0, ""},
               {":3", false, 0, ""},      {"a:3b", false, 0, ""},          {"abc", false, 0, ""},
-              {"a::7", true, 7, "a:"}};
+              {"a::7", true, 7, "a:"},  {"z:9", true, 9, "z"},             {"z:90", true, 90, "z"}};
   for (const Row& row : rows) {
     int32_t index = -1;
     LcUStringA base;

@@ -270,6 +270,7 @@ TEST(XMLStream, EscapesInOrder) {
   } rows[] = {{"a&b", "a&amp;b"},
               {"&amp;", "&amp;amp;"},
               {"<\"'>", "&lt;&quot;&apos;&gt;"},
+              {"a<b<c>>\"\"''", "a&lt;b&lt;c&gt;&gt;&quot;&quot;&apos;&apos;"},
               {"one\r\ntwo\rthree\n", "one\ntwo\rthree\n"}};
   for (const Row& row : rows) {
     LcUStringA narrow(row.text);

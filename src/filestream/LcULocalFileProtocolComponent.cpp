@@ -1,0 +1,39 @@
+#include <new>
+
+#include "filestream/LcUFileProtocolRegistry.h"
+#include "filestream/LcULocalFileProtocol.h"
+#include "foundation/LcUMemory.h"
+#include "foundation/LcUSysError.h"
+
+LcUComponent LcULocalFileProtocol::component;
+
+namespace {
+LcULocalFileProtocol* installed = nullptr;
+}
+
+// The component keeps its historic name though it installs local files.
+bool LcULocalFileProtocol::Initialize() {
+  if (LcUSysError::RegisterComponent(&component, "LcUHttpLocalProtocol") != 1) return true;
+  LcUMemory::Initialize();
+  LcUFileProtocolRegistry::Initialize();
+  void* block = LcUMemory::Alloc(sizeof(LcULocalFileProtocol), alignof(LcULocalFileProtocol), 0);
+  if (!block) return false;
+  installed = new (block) LcULocalFileProtocol();
+  LcUFileProtocolRegistry* registry = LcUFileProtocolRegistry::GetInstance();
+  if (!registry) return false;
+  registry->Register(u"file", installed);
+  registry->SetDefault(u"file");
+  return true;
+}
+
+void LcULocalFileProtocol::Terminate() {
+  if (LcUSysError::UnregisterComponent(&component) != 1) return;
+  if (LcUFileProtocolRegistry* registry = LcUFileProtocolRegistry::GetInstance()) registry->Unregister(u"file");
+  if (installed) {
+    installed->~LcULocalFileProtocol();
+    LcUMemory::Free(installed, sizeof(LcULocalFileProtocol), alignof(LcULocalFileProtocol));
+    installed = nullptr;
+  }
+  LcUFileProtocolRegistry::Terminate();
+  LcUMemory::Terminate();
+}

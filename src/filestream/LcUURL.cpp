@@ -1,0 +1,103 @@
+#include "filestream/LcUURL.h"
+
+#include <initializer_list>
+
+LcUURL::LcUURL(const char16_t* text, bool normalise) {
+  Set(text, normalise);
+}
+
+bool LcUURL::Set(const char16_t* source, bool normalise) {
+  text.Assign(source);
+  Reparse();
+  if (normalise) Normalise();
+  return IsValid();
+}
+
+bool LcUURL::SetParts(const LcUURLParts& source) {
+  LcUString composed;
+  Compose(source, composed);
+  text.Swap(composed);
+  Reparse();
+  return IsValid();
+}
+
+void LcUURL::Reparse() {
+  valid = Parse(text.Get(), parts) ? 1 : 0;
+  requestPath.Clear();
+  requestPath.Append(parts.path);
+  requestPath.Append(parts.params);
+  requestPath.Append(parts.query);
+  requestPath.Append(parts.fragment);
+}
+
+namespace {
+bool IsLetter(char16_t c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+// "/..." or a drive such as "c:...".
+bool LooksLocal(const LcUString& path) {
+  if (path.Length() >= 1 && path[0] == '/') return true;
+  return path.Length() >= 2 && IsLetter(path[0]) && path[1] == ':';
+}
+}  // namespace
+
+bool LcUURL::Normalise() {
+  LcUString decoded;
+  Decode(text.Get(), true, decoded);
+  text.Swap(decoded);
+  Reparse();
+  if (!IsValid()) return false;
+  LcUURLParts fresh = parts;
+  if (fresh.scheme.IsNull() && LooksLocal(fresh.path)) {
+    fresh.scheme.Assign(u"file");
+    fresh.host.Assign(u"");
+    if (fresh.path[0] != '/') {
+      LcUString rooted(u"/");
+      rooted.Append(fresh.path);
+      fresh.path.Swap(rooted);
+    }
+  }
+  if (!fresh.scheme.IsNull()) fresh.scheme.ToLower();
+  if (!fresh.host.IsNull()) fresh.host.ToLower();
+  return SetParts(fresh);
+}
+
+bool LcUURL::IsFileScheme() const {
+  return !parts.scheme.IsNull() && LcUString::CompareNoCase(parts.scheme.Get(), u"file") == 0;
+}
+
+void LcUURL::GetLocalPath(LcUString& out) const {
+  const LcUString& path = parts.path;
+  int32_t skip = 0;
+  if (!parts.scheme.IsNull() && path.Length() > 2 && path[0] == '/' && IsLetter(path[1]) && path[2] == ':') skip = 1;
+  out.Clear();
+  if (path.Length() > skip) out.Append(path.Get() + skip, path.Length() - skip);
+  if (IsFileScheme()) return;
+  out.Append(parts.params);
+  out.Append(parts.query);
+  out.Append(parts.fragment);
+}
+
+void LcUURL::GetPlainText(LcUString& out) const {
+  if (!IsFileScheme()) {
+    out = text;
+    return;
+  }
+  LcUString local;
+  GetLocalPath(local);
+  Encode(local.Get(), out);
+}
+
+bool LcUURL::Equal(const char16_t* a, const char16_t* b, bool ignoreCase) {
+  LcUURL first(a, true);
+  LcUURL second(b, true);
+  if (ignoreCase) {
+    for (LcUURL* url : {&first, &second}) {
+      LcUURLParts lowered = url->parts;
+      if (!lowered.path.IsNull()) lowered.path.ToLower();
+      url->SetParts(lowered);
+    }
+  }
+  return first.text == second.text;
+}

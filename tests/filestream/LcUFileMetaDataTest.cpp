@@ -103,7 +103,7 @@ TEST(LcUFileMetaDataTest, AValueOfTheWrongTypeStaysAbsent) {
       {"{\"ModificationTime\":\"7\",\"RevisionId\":\"r\",\"FileSize\":\"9\",\"Permissions\":\"x\"}", 7, false},
       {"{\"ModificationTime\":\"7\",\"RevisionId\":\"r\",\"FileSize\":9}", 3, false},
       {"{\"ModificationTime\":\"7\",\"RevisionId\":5}", 1, false},
-      {"{\"ModificationTime\":\"7x\"}", 0, false},
+      {"{\"ModificationTime\":7}", 0, false},
       {"{\"FileSize\":\"-1\",\"Other\":1}", 0, false},
       {"{\"Permissions\":128}", 8, true},
       {"[1]", 0, false},

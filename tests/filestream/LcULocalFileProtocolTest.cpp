@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "environment/LcUSysFile.h"
+#include "environment/LcUSysFileHandle.h"
 #include "filestream/LcUFileMetaData.h"
 #include "filestream/LcUFileProtocolRegistry.h"
 #include "filestream/LcULocalFileProtocol.h"
@@ -16,16 +17,15 @@ protected:
   void SetUp() override {
     ASSERT_TRUE(LcULocalFileProtocol::Initialize());
     ASSERT_TRUE(LcUSysFile::MakeTempFolder(folder));
-    LcUSysFile::Join(folder.Get(), u"data file.bin", path);
+    LcUSysFile::Join(folder.Get(), u"data file.bin", path, true);
     data.resize(256 * 1024);
     for (size_t i = 0; i < data.size(); ++i) data[i] = char((i * 7 + i / 251) & 0xFF);
-    FILE* f = nullptr;
-    LcUStringA narrow;
-    LcUString::WideToMultiByte(path.Get(), narrow);
-    f = std::fopen(narrow.Get(), "wb");
-    ASSERT_NE(nullptr, f);
-    ASSERT_EQ(data.size(), std::fwrite(data.data(), 1, data.size(), f));
-    std::fclose(f);
+    LcUSysFileHandle file;
+    ASSERT_TRUE(file.Open(path.Get(), LcUSysFileHandle::eACCESS_WRITE, LcUSysFileHandle::eCREATE_ALWAYS,
+                          LcUSysFileHandle::eMODE_BINARY, LcUSysFileHandle::eDENY_NONE, 0,
+                          LcUSysFileHandle::ePERMISSION_READ | LcUSysFileHandle::ePERMISSION_WRITE));
+    ASSERT_EQ(data.size(), std::fwrite(data.data(), 1, data.size(), file.GetStream()));
+    ASSERT_TRUE(file.Close());
   }
   void TearDown() override {
     LcUSysFile::Remove(folder.Get(), true, true);

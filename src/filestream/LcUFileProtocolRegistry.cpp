@@ -1,7 +1,6 @@
 #include "filestream/LcUFileProtocolRegistry.h"
 
-#include <new>
-
+#include "filestream/LcUSizedObject.h"
 #include "filestream/LcUURL.h"
 #include "foundation/LcUError.h"
 #include "foundation/LcUMemory.h"
@@ -23,21 +22,14 @@ bool LcUFileProtocolRegistry::Initialize() {
 
 void LcUFileProtocolRegistry::Terminate() {
   if (LcUSysError::UnregisterComponent(&component) != 1) return;
-  if (instance) {
-    instance->~LcUFileProtocolRegistry();
-    LcUMemory::Free(instance, sizeof(LcUFileProtocolRegistry), alignof(LcUFileProtocolRegistry));
-    instance = nullptr;
-  }
+  LcUSizedObject::Delete(instance);
   LcUMemory::Terminate();
   LcUString::Terminate();
   LcUError::Terminate();
 }
 
 LcUFileProtocolRegistry* LcUFileProtocolRegistry::GetInstance() {
-  if (!instance) {
-    void* block = LcUMemory::Alloc(sizeof(LcUFileProtocolRegistry), alignof(LcUFileProtocolRegistry), 0);
-    if (block) instance = new (block) LcUFileProtocolRegistry();
-  }
+  if (!instance) instance = LcUSizedObject::New<LcUFileProtocolRegistry>();
   return instance;
 }
 

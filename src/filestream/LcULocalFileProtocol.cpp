@@ -1,13 +1,11 @@
 #include "filestream/LcULocalFileProtocol.h"
 
-#include <new>
-
 #include "environment/LcUSysFile.h"
 #include "environment/LcUSysFileHandle.h"
 #include "filestream/LcUFileMetaData.h"
+#include "filestream/LcUSizedObject.h"
 #include "filestream/LcUSysFilePosition.h"
 #include "filestream/LcUURL.h"
-#include "foundation/LcUMemory.h"
 
 namespace {
 // The local path of a URL taken as it stands; false when it isn't one.
@@ -36,9 +34,8 @@ bool LcULocalFileProtocol::GetFileInfo(const char16_t* url, LcUFileMetaData& met
 void* LcULocalFileProtocol::OpenHandle(const char16_t* url, bool forWriting) {
   LcUString path;
   if (!LocalPathOf(url, path)) return nullptr;
-  void* block = LcUMemory::Alloc(sizeof(LcUSysFileHandle), alignof(LcUSysFileHandle), 0);
-  if (!block) return nullptr;
-  LcUSysFileHandle* handle = new (block) LcUSysFileHandle();
+  LcUSysFileHandle* handle = LcUSizedObject::New<LcUSysFileHandle>();
+  if (!handle) return nullptr;
   int access = forWriting ? LcUSysFileHandle::eACCESS_READ_WRITE : LcUSysFileHandle::eACCESS_READ;
   int creation = forWriting ? LcUSysFileHandle::eOPEN_ALWAYS : LcUSysFileHandle::eOPEN_EXISTING;
   int permission = LcUSysFileHandle::ePERMISSION_READ | LcUSysFileHandle::ePERMISSION_WRITE;
@@ -71,9 +68,11 @@ bool LcULocalFileProtocol::WriteFile(void* handle, int64_t offset, uint32_t size
 bool LcULocalFileProtocol::CloseHandle(void* handle) {
   if (!handle) return false;
   LcUSysFileHandle* file = static_cast<LcUSysFileHandle*>(handle);
+  // A read or write that failed has reported so already; the close tells
+  // only of its own flush.
+  if (file->IsOpen()) clearerr(file->GetStream());
   bool ok = file->IsOpen() && file->Close();
-  file->~LcUSysFileHandle();
-  LcUMemory::Free(file, sizeof(LcUSysFileHandle), alignof(LcUSysFileHandle));
+  LcUSizedObject::Delete(file);
   return ok;
 }
 

@@ -1,7 +1,6 @@
-#include <new>
-
 #include "filestream/LcUFileProtocolRegistry.h"
 #include "filestream/LcULocalFileProtocol.h"
+#include "filestream/LcUSizedObject.h"
 #include "foundation/LcUMemory.h"
 #include "foundation/LcUSysError.h"
 
@@ -16,11 +15,9 @@ bool LcULocalFileProtocol::Initialize() {
   if (LcUSysError::RegisterComponent(&component, "LcUHttpLocalProtocol") != 1) return true;
   LcUMemory::Initialize();
   LcUFileProtocolRegistry::Initialize();
-  void* block = LcUMemory::Alloc(sizeof(LcULocalFileProtocol), alignof(LcULocalFileProtocol), 0);
-  if (!block) return false;
-  installed = new (block) LcULocalFileProtocol();
+  installed = LcUSizedObject::New<LcULocalFileProtocol>();
   LcUFileProtocolRegistry* registry = LcUFileProtocolRegistry::GetInstance();
-  if (!registry) return false;
+  if (!installed || !registry) return false;
   registry->Register(u"file", installed);
   registry->SetDefault(u"file");
   return true;
@@ -29,11 +26,7 @@ bool LcULocalFileProtocol::Initialize() {
 void LcULocalFileProtocol::Terminate() {
   if (LcUSysError::UnregisterComponent(&component) != 1) return;
   if (LcUFileProtocolRegistry* registry = LcUFileProtocolRegistry::GetInstance()) registry->Unregister(u"file");
-  if (installed) {
-    installed->~LcULocalFileProtocol();
-    LcUMemory::Free(installed, sizeof(LcULocalFileProtocol), alignof(LcULocalFileProtocol));
-    installed = nullptr;
-  }
+  LcUSizedObject::Delete(installed);
   LcUFileProtocolRegistry::Terminate();
   LcUMemory::Terminate();
 }

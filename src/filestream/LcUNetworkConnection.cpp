@@ -1,7 +1,6 @@
 #include "filestream/LcUNetworkConnection.h"
 
-#include <new>
-
+#include "filestream/LcUSizedObject.h"
 #include "filestream/LcUSysNetwork.h"
 #include "foundation/LcUMemory.h"
 #include "foundation/LcUSysError.h"
@@ -21,19 +20,13 @@ bool LcUNetworkConnection::Initialize() {
   if (LcUSysError::RegisterComponent(&component, "LcUNetworkConnection") != 1) return true;
   LcUMemory::Initialize();
   LcUSysNetwork::Initialize();
-  void* block = LcUMemory::Alloc(sizeof(LcUNetworkConnection), alignof(LcUNetworkConnection), 0);
-  if (!block) return false;
-  instance = new (block) LcUNetworkConnection(&LcUSysNetwork::IsNetworkUp);
-  return true;
+  instance = LcUSizedObject::New<LcUNetworkConnection>(&LcUSysNetwork::IsNetworkUp);
+  return instance != nullptr;
 }
 
 void LcUNetworkConnection::Terminate() {
   if (LcUSysError::UnregisterComponent(&component) != 1) return;
-  if (instance) {
-    instance->~LcUNetworkConnection();
-    LcUMemory::Free(instance, sizeof(LcUNetworkConnection), alignof(LcUNetworkConnection));
-    instance = nullptr;
-  }
+  LcUSizedObject::Delete(instance);
   LcUSysNetwork::Terminate();
   LcUMemory::Terminate();
 }

@@ -43,24 +43,30 @@ bool LooksLocal(const LcUString& path) {
 }  // namespace
 
 bool LcUURL::Normalise() {
-  LcUString decoded;
-  Decode(text.Get(), true, decoded);
-  text.Swap(decoded);
-  Reparse();
+  // Most texts hold neither "%" nor "\\"; they are decoded as they stand.
+  if (text.FindChar('%') >= 0 || text.FindChar('\\') >= 0) {
+    LcUString decoded;
+    Decode(text.Get(), true, decoded);
+    text.Swap(decoded);
+    Reparse();
+  }
   if (!IsValid()) return false;
-  LcUURLParts fresh = parts;
-  if (fresh.scheme.IsNull() && LooksLocal(fresh.path)) {
-    fresh.scheme.Assign(u"file");
-    fresh.host.Assign(u"");
-    if (fresh.path[0] != '/') {
+  if (parts.scheme.IsNull() && LooksLocal(parts.path)) {
+    parts.scheme.Assign(u"file");
+    parts.host.Assign(u"");
+    if (parts.path[0] != '/') {
       LcUString rooted(u"/");
-      rooted.Append(fresh.path);
-      fresh.path.Swap(rooted);
+      rooted.Append(parts.path);
+      parts.path.Swap(rooted);
     }
   }
-  if (!fresh.scheme.IsNull()) fresh.scheme.ToLower();
-  if (!fresh.host.IsNull()) fresh.host.ToLower();
-  return SetParts(fresh);
+  if (!parts.scheme.IsNull()) parts.scheme.ToLower();
+  if (!parts.host.IsNull()) parts.host.ToLower();
+  LcUString composed;
+  Compose(parts, composed);
+  text.Swap(composed);
+  Reparse();
+  return IsValid();
 }
 
 bool LcUURL::IsFileScheme() const {

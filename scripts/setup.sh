@@ -5,7 +5,7 @@ packages=(cmake ninja-build g++ gcc make ccache clang libclang-rt-14-dev
           mingw-w64 mingw-w64-tools wine wine64 libwine-dev
           googletest libgtest-dev libbenchmark-dev libeigen3-dev zlib1g-dev
           libsqlite3-dev sqlite3 libmimalloc-dev libjemalloc-dev
-          libssl-dev libpugixml-dev libdeflate-dev libcereal-dev libboost-serialization-dev
+          libssl-dev libpugixml-dev libcurl4-openssl-dev libdeflate-dev libcereal-dev libboost-serialization-dev
           nlohmann-json3-dev rapidjson-dev)
 missing=()
 for p in "${packages[@]}"; do

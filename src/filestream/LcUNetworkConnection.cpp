@@ -1,0 +1,70 @@
+#include "filestream/LcUNetworkConnection.h"
+
+#include "filestream/LcUSizedObject.h"
+#include "filestream/LcUSysNetwork.h"
+#include "foundation/LcUMemory.h"
+#include "foundation/LcUSysError.h"
+#include "foundation/LcUSysErrorPlatform.h"
+
+LcUComponent LcUNetworkConnection::component;
+
+namespace {
+LcUNetworkConnection* instance = nullptr;
+
+uint64_t PlatformTick() {
+  return LcUSysErrorPlatform::TickCount();
+}
+}  // namespace
+
+bool LcUNetworkConnection::Initialize() {
+  if (LcUSysError::RegisterComponent(&component, "LcUNetworkConnection") != 1) return true;
+  LcUMemory::Initialize();
+  LcUSysNetwork::Initialize();
+  instance = LcUSizedObject::New<LcUNetworkConnection>(&LcUSysNetwork::IsNetworkUp);
+  return instance != nullptr;
+}
+
+void LcUNetworkConnection::Terminate() {
+  if (LcUSysError::UnregisterComponent(&component) != 1) return;
+  LcUSizedObject::Delete(instance);
+  LcUSysNetwork::Terminate();
+  LcUMemory::Terminate();
+}
+
+LcUNetworkConnection* LcUNetworkConnection::GetInstance() {
+  return instance;
+}
+
+LcUNetworkConnection::LcUNetworkConnection(TestFunction test, Clock clock)
+    : test(test), clock(clock ? clock : &PlatformTick) {}
+
+bool LcUNetworkConnection::IsUp() {
+  lock.Lock();
+  if (!test) {
+    state = eUNKNOWN;
+  } else {
+    uint64_t now = clock();
+    if (!tested || now - lastTest > eRETEST_MILLISECONDS) {
+      state = test() ? eUP : eDOWN;
+      tested = true;
+      lastTest = now;
+    }
+  }
+  bool up = state == eUP;
+  lock.Unlock();
+  return up;
+}
+
+LcUNetworkConnection::State LcUNetworkConnection::GetState() {
+  lock.Lock();
+  State current = state;
+  lock.Unlock();
+  return current;
+}
+
+void LcUNetworkConnection::SetTestFunction(TestFunction function) {
+  lock.Lock();
+  test = function;
+  tested = false;
+  lock.Unlock();
+}

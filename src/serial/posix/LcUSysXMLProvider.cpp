@@ -199,11 +199,6 @@ private:
 };
 }  // namespace
 
-LcUSysXMLProvider* LcUSysXMLProvider::Get() {
-  static LcUSysXMLProvider provider;
-  return &provider;
-}
-
 LcUXMLDOMStream* LcUSysXMLProvider::CreateReadStream(const char16_t* source, int32_t flag) {
   PugiStream* stream = new PugiStream(false, nullptr, kDefaultVersion, 0, 0);
   if (stream && !stream->Load(source, flag)) {
@@ -216,8 +211,4 @@ LcUXMLDOMStream* LcUSysXMLProvider::CreateReadStream(const char16_t* source, int
 LcUXMLDOMStream* LcUSysXMLProvider::CreateWriteStream(const char16_t* target, int32_t version, int32_t indent,
                                                       int32_t declaration) {
   return new PugiStream(true, target, version, indent, declaration);
-}
-
-void LcUSysXMLProvider::DestroyStream(LcUXMLDOMStream* stream) {
-  delete stream;
 }

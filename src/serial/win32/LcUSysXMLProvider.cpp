@@ -330,11 +330,6 @@ private:
 };
 }  // namespace
 
-LcUSysXMLProvider* LcUSysXMLProvider::Get() {
-  static LcUSysXMLProvider provider;
-  return &provider;
-}
-
 LcUXMLDOMStream* LcUSysXMLProvider::CreateReadStream(const char16_t* source, int32_t flag) {
   DOMStream* stream = new DOMStream(false, nullptr, kDefaultVersion, 0);
   if (stream && (!stream->Ready() || !stream->Load(source, flag))) {
@@ -353,8 +348,4 @@ LcUXMLDOMStream* LcUSysXMLProvider::CreateWriteStream(const char16_t* target, in
     return nullptr;
   }
   return stream;
-}
-
-void LcUSysXMLProvider::DestroyStream(LcUXMLDOMStream* stream) {
-  delete stream;
 }

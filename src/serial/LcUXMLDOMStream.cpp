@@ -1,8 +1,6 @@
 #include "serial/LcUXMLDOMStream.h"
 
-#include "environment/LcUResource.h"
 #include "foundation/LcUError.h"
-#include "foundation/LcUSysError.h"
 #include "serial/LcUXMLStream.h"
 
 LcUComponent LcUXMLDOMStream::component;
@@ -10,23 +8,6 @@ LcUComponent LcUXMLDOMStream::component;
 namespace {
 LcUXMLDOMStreamProvider* provider = nullptr;
 }  // namespace
-
-bool LcUXMLDOMStream::Initialize() {
-  if (LcUSysError::RegisterComponent(&component, "LcUXMLDOMStream") != 1) return true;
-  LcUXMLStream::Initialize();
-  LcUError::Initialize();
-  LcUString::Initialize();
-  LcUResource::Initialize();
-  return true;
-}
-
-void LcUXMLDOMStream::Terminate() {
-  if (LcUSysError::UnregisterComponent(&component) != 1) return;
-  LcUResource::Terminate();
-  LcUString::Terminate();
-  LcUError::Terminate();
-  LcUXMLStream::Terminate();
-}
 
 bool LcUXMLDOMStream::EndElement(const LcUString& name) {
   LcUStringA narrow;

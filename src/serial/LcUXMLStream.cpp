@@ -1,7 +1,6 @@
 #include "serial/LcUXMLStream.h"
 
 #include "foundation/LcUError.h"
-#include "foundation/LcUSysError.h"
 #include "serial/LcUXMLDOMStream.h"
 
 LcUComponent LcUXMLStream::component;
@@ -21,17 +20,6 @@ const char16_t kNewBase[] = u"http://download.hollimar.com/us/tarnwicket/schemas
 const char16_t* const kOldBaseNames[] = {u"tw-exchange-4.0", u"tw-exchange-4.0.1", u"tw-exchange-5.0",
                                          u"tw-exchange-6.0", u"tw-exchange-6.0"};
 }  // namespace
-
-bool LcUXMLStream::Initialize() {
-  if (LcUSysError::RegisterComponent(&component, "LcUXMLStream") != 1) return true;
-  LcUString::Initialize();
-  return true;
-}
-
-void LcUXMLStream::Terminate() {
-  if (LcUSysError::UnregisterComponent(&component) != 1) return;
-  LcUString::Terminate();
-}
 
 bool LcUXMLStream::GetSchemaName(int32_t version, LcUString& out) {
   out.Clear();

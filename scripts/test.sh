@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Builds Linux and Windows (run under Wine) and runs every test of both.
 #   --asan       also the Linux build with AddressSanitizer and UBSan
-#   --tsan       also the foundation's tests (locks, threads, queues) under ThreadSanitizer
+#   --tsan       also the tests of locks, threads, queues and the option tree under ThreadSanitizer
 #   --fuzz SECS  also build the fuzz targets and run each for SECS seconds
 # Ends with one line: "N passed, N failed".
 set -u
@@ -30,12 +30,12 @@ presets=(linux windows)
 
 for preset in "${presets[@]}"; do
   echo "== $preset"
-  # Under ThreadSanitizer only the foundation's threads are of interest.
+  # Under ThreadSanitizer only the subsystems with threads of their own.
   targets=()
   labels=()
   if [ "$preset" = linux-tsan ]; then
-    targets=(--target tests_foundation)
-    labels=(-L foundation)
+    targets=(--target tests_foundation --target tests_options)
+    labels=(-L 'foundation|options')
   fi
   if ! cmake --preset "$preset" >"build-$preset.log" 2>&1 || ! cmake --build --preset "$preset" -j "$jobs" "${targets[@]}" >>"build-$preset.log" 2>&1; then
     tail -40 "build-$preset.log"

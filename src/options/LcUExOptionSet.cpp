@@ -44,14 +44,18 @@ bool LcUExOptionSet::SetValue(int32_t i, const LcUData& value, LcUString* error)
 bool LcUExOptionSet::Insert(int32_t i) {
   if (!IsArray() || options.Size() == 0 || i < 0 || i > options.Size()) return false;
   LcUOptionRecord* copy = options[i == options.Size() ? i - 1 : i]->Copy();
-  return copy && InsertRecord(i, copy);
+  if (!copy) return false;
+  // Named by its place, so that growing at the end keeps index names.
+  char digits[16];
+  std::snprintf(digits, sizeof digits, "%d", int(i));
+  copy->name = digits;
+  return InsertRecord(i, copy);
 }
 
 bool LcUExOptionSet::Remove(int32_t i) {
   if (i < 0 || i >= options.Size()) return false;
   delete options[i];
   options.RemoveAt(i);
-  if (IsArray()) RenumberFrom(i);
   NoteChange();
   return true;
 }
@@ -65,10 +69,7 @@ bool LcUExOptionSet::InsertRecord(int32_t i, LcUOptionRecord* record) {
     delete record;
     return false;
   }
-  if (IsArray()) {
-    ClearDefault(record);
-    RenumberFrom(i);
-  }
+  if (IsArray()) ClearDefault(record);
   Adopt(record);
   NoteChange();
   return true;
@@ -122,13 +123,4 @@ void LcUExOptionSet::Adopt(LcUOptionRecord* record) {
   if (!record->childSet) return;
   record->childSet->parent = this;
   record->childSet->name = record->name;
-}
-
-void LcUExOptionSet::RenumberFrom(int32_t i) {
-  char digits[16];
-  for (; i < options.Size(); ++i) {
-    std::snprintf(digits, sizeof digits, "%d", int(i));
-    options[i]->name = digits;
-    Adopt(options[i]);
-  }
 }

@@ -49,5 +49,4 @@ public:
 
 private:
   void Adopt(LcUOptionRecord* record);
-  void RenumberFrom(int32_t i);
 };

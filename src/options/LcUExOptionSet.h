@@ -40,7 +40,8 @@ public:
   void ReplaceRecord(int32_t i, LcUOptionRecord* record);
   // The records and their children copied; null when memory ran out.
   LcUExOptionSet* Copy() const;
-  // Sets the default bit of every record, down through plain sets.
+  // Sets the default bit of every record, down through plain sets; an
+  // array's elements are left as they are.
   void MarkDefault();
 
   uint32_t setFlags = 0;

@@ -6,6 +6,9 @@
 
 class LcUData;
 class LcUExOptionSet;
+class LcUStreamReader;
+class LcUStreamWriter;
+class LcUXMLDOMStream;
 class LcUName;
 class LcUOptionSet;
 class LcUOptionValidator;
@@ -215,6 +218,23 @@ public:
   static int32_t MergeSet(LcUOptionSet* dest, LcUOptionSet* src, uint32_t mode, bool restructure);
   // Same shape with equal values.
   static bool Equal(LcUOptionSet* a, LcUOptionSet* b);
+
+  // Persistence. Readers build a free-standing set, counted 0, from what
+  // they find (missing keys give an empty set); records read carry state 0
+  // unless their form says otherwise. Writers work on free-standing sets
+  // and take no lock.
+  enum RegistryMode : uint32_t { eWRITE_DEFAULTS_AS_DELETIONS = 1, eLEAVE_OUT_DEFAULTS = 2 };
+  // `mode` bit 0 drops empty values and emptied nested arrays.
+  static LcUExOptionSet* ReadFromRegistry(const char16_t* key, uint32_t mode);
+  // At the set's dotted path under `key`; WriteKeys at `key` itself.
+  static bool WriteToRegistry(LcUOptionSet* set, const char16_t* key, uint32_t mode);
+  static bool WriteKeys(LcUOptionSet* set, const char16_t* key, uint32_t mode);
+  // The first option set among the children of the current element, or null.
+  static LcUExOptionSet* ReadFromXML(LcUXMLDOMStream& stream);
+  static bool ReadMembersFromXML(LcUExOptionSet* set, LcUXMLDOMStream& stream);
+  static bool WriteToXML(LcUOptionSet* set, LcUXMLDOMStream& stream);
+  static LcUExOptionSet* ReadFromStream(LcUStreamReader& stream);
+  static void WriteToStream(LcUOptionSet* set, LcUStreamWriter& stream);
 
   // The roots, for those that hold the lock.
   static LcUExOptionSet* GetPresentRoot();

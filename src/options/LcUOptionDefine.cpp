@@ -22,20 +22,20 @@ LcUOptionRecord* NewRecord(const LcUStringA& name, int32_t level, uint32_t flags
   return record;
 }
 
-// The saved value for a new option when there is one the validator takes.
-void TakeSaved(const char* path, LcUExOptionSet* place, LcUOptionRecord* record) {
+// The saved value, when there is one of the option's kind that differs
+// from the default, goes in through the validator at the record's place.
+void TakeSaved(const char* path, LcUExOptionSet* place, int32_t i) {
   int32_t j = -1;
   LcUOptionSet* holder = LcUOption::FindOption(LcUOption::GetSavedRoot(), path, j);
   LcUData value;
-  if (j < 0 || holder->GetValue(j, &value) || value.GetTag() != record->value.GetTag() ||
-      LcUData::Equal(value, record->value))
+  const LcUData& initial = place->GetRecord(i)->value;
+  if (j < 0 || holder->GetValue(j, &value) || value.GetTag() != initial.GetTag() || LcUData::Equal(value, initial))
     return;
-  if (record->validator && !record->validator->Validate(place, place->GetCount(), value, nullptr)) {
+  if (!place->SetValue(i, value, nullptr)) {
     LcUError::PostF(LcUError::eWARNING, &LcUOption::component, "Saved value refused, default kept: %s", path);
     return;
   }
-  record->value = value;
-  record->state = holder->GetState(j);
+  place->SetState(i, holder->GetState(j));
 }
 
 // Readies a set for the tree: its records become defaults, and saved
@@ -50,7 +50,10 @@ LcUOptionSet* PrepareSet(const char* path, LcUOptionSet* set) {
   LcUOptionSet* holder = LcUOption::FindOption(LcUOption::GetSavedRoot(), path, j);
   LcUOptionSet* savedSet = j >= 0 ? holder->GetValue(j, nullptr) : nullptr;
   if (!savedSet) return initial;
-  LcUOption::MergeSet(set, savedSet, LcUOption::eMERGE_DEFAULT_IF_SOURCE | LcUOption::eMERGE_COPY_MARK, false);
+  int32_t status =
+      LcUOption::MergeSet(set, savedSet, LcUOption::eMERGE_DEFAULT_IF_SOURCE | LcUOption::eMERGE_COPY_MARK, false);
+  if (status & LcUOption::eREFUSED)
+    LcUError::PostF(LcUError::eWARNING, &LcUOption::component, "Saved value refused, default kept: %s", path);
   LcUExOptionSet* marked = LcUOption::CopyFiltered(savedSet, LcUOption::eONLY_DEFAULT);
   if (marked) {
     marked->AddRef();
@@ -59,6 +62,20 @@ LcUOptionSet* PrepareSet(const char* path, LcUOptionSet* set) {
   }
   return initial;
 }
+
+// A count held for a scope: a set handed in is deleted on failure, as
+// the tree would have done had it taken it.
+struct SetHold {
+  explicit SetHold(LcUOptionSet* held) : set(held) {
+    if (set) set->AddRef();
+  }
+  ~SetHold() {
+    if (set) set->Release();
+  }
+  SetHold(const SetHold&) = delete;
+  SetHold& operator=(const SetHold&) = delete;
+  LcUOptionSet* set;
+};
 
 // The set in the default tree that matches the parent of `path`.
 LcUExOptionSet* DefaultParent(const char* path) {
@@ -82,14 +99,17 @@ bool LcUOption::DefineData(const char* path, const LcUData& value, int32_t level
   LcUOptionRecord* record = NewRecord(name, level, flags, className, validator);
   if (!record) return false;
   record->value = value;
-  TakeSaved(path, place, record);
+  if (!place->Append(record)) return false;
+  int32_t i = place->GetCount() - 1;
+  TakeSaved(path, place, i);
+  // The default tree always holds the default.
   LcUOptionRecord* initial = defaultPlace ? record->Copy() : nullptr;
   if (initial && !(initial->state & LcUOptionSet::eDEFAULT)) {
     initial->value = value;
     initial->state = LcUOptionSet::eDEFAULT;
   }
   if (initial) defaultPlace->Append(initial);
-  return place->Append(record);
+  return true;
 }
 
 bool LcUOption::DefineData(LcUOptionSet* set, const char* path, const LcUData& value, int32_t level,
@@ -109,6 +129,7 @@ bool LcUOption::DefineData(LcUOptionSet* set, const char* path, const LcUData& v
 bool LcUOption::DefineSet(const char* path, LcUOptionSet* set, int32_t level, uint32_t flags,
                           const char* className) {
   LcUOptionLock lock;
+  SetHold hold(set);
   LcUStringA name;
   LcUExOptionSet* place = set ? FindParentForNewOption(GetPresentRoot(), path, name) : nullptr;
   if (!place) {
@@ -116,31 +137,22 @@ bool LcUOption::DefineSet(const char* path, LcUOptionSet* set, int32_t level, ui
     return false;
   }
   LcUExOptionSet* defaultPlace = FindParentForNewOption(GetDefaultRoot(), path, name);
-  set->AddRef();
-  LcUOptionSet* initial = PrepareSet(path, set);
+  SetHold initial(PrepareSet(path, set));
   LcUOptionRecord* record = NewRecord(name, level, flags, className, nullptr);
-  bool placed = false;
-  if (record) {
-    record->SetChild(set);
-    LcUOptionRecord* copy = NewRecord(name, level, flags, className, nullptr);
-    if (copy && initial && defaultPlace) {
-      copy->SetChild(initial);
-      defaultPlace->Append(copy);
-    } else {
-      delete copy;
-    }
-    placed = place->Append(record);
+  if (!record) return false;
+  record->SetChild(set);
+  if (!place->Append(record)) return false;
+  LcUOptionRecord* copy = initial.set && defaultPlace ? NewRecord(name, level, flags, className, nullptr) : nullptr;
+  if (copy) {
+    copy->SetChild(initial.set);
+    defaultPlace->Append(copy);
   }
-  if (initial) {
-    initial->AddRef();
-    initial->Release();
-  }
-  set->Release();
-  return placed;
+  return true;
 }
 
 bool LcUOption::DefineSet(LcUOptionSet* parent, const char* path, LcUOptionSet* set, int32_t level,
                           uint32_t flags, const char* className) {
+  SetHold hold(set);
   LcUStringA name;
   LcUExOptionSet* place = set ? FindParentForNewOption(parent, path, name) : nullptr;
   if (!place) {
@@ -156,6 +168,7 @@ bool LcUOption::DefineSet(LcUOptionSet* parent, const char* path, LcUOptionSet* 
 
 bool LcUOption::Redefine(const char* path, LcUOptionSet* set) {
   LcUOptionLock lock;
+  SetHold hold(set);
   int32_t i = -1;
   LcUOptionSet* holder = FindOption(GetPresentRoot(), path, i);
   if (i < 0 || !set) {
@@ -167,17 +180,10 @@ bool LcUOption::Redefine(const char* path, LcUOptionSet* set) {
     Report("Can't redefine option unless in LcUExOptionSet: ", path);
     return false;
   }
-  set->AddRef();
-  LcUOptionSet* initial = PrepareSet(path, set);
+  SetHold initial(PrepareSet(path, set));
   concrete->ReplaceChild(i, set);
   LcUExOptionSet* defaultHolder = DefaultParent(path);
-  if (initial && defaultHolder && i < defaultHolder->GetCount()) {
-    defaultHolder->ReplaceChild(i, initial);
-  } else if (initial) {
-    initial->AddRef();
-    initial->Release();
-  }
-  set->Release();
+  if (initial.set && defaultHolder && i < defaultHolder->GetCount()) defaultHolder->ReplaceChild(i, initial.set);
   return true;
 }
 

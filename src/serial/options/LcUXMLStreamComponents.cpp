@@ -13,7 +13,6 @@ const char kValidate[] = "general.xml.validate";
 
 bool LcUXMLStream::Initialize() {
   if (LcUSysError::RegisterComponent(&component, "LcUXMLStream") != 1) return true;
-  LcUString::Initialize();
   LcUOption::Initialize();
   LcUOption::DefineBoolean(kValidate, true, 1, 0);
   return true;
@@ -23,7 +22,6 @@ void LcUXMLStream::Terminate() {
   if (LcUSysError::UnregisterComponent(&component) != 1) return;
   LcUOption::Undefine(kValidate);
   LcUOption::Terminate();
-  LcUString::Terminate();
 }
 
 bool LcUXMLDOMStream::Initialize() {

@@ -2,16 +2,22 @@
 
 #include <algorithm>
 #include <boost/property_tree/ptree.hpp>
+#include <boost/property_tree/xml_parser.hpp>
 #include <random>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "BenchRatioReporter.h"
+#include "options/LcUExOptionSet.h"
 #include "options/LcUOption.h"
 #include "serial/LcUData.h"
+#include "serial/LcUSysXMLProvider.h"
+#include "serial/LcUXMLDOMStream.h"
 
 // 5,000 leaves: 10 groups of 10 subgroups of 50 options of four kinds, read
-// and set by shuffled dotted path, and subgroups reset to their defaults.
+// and set by shuffled dotted path, subgroups reset to their defaults, and
+// the whole tree written to XML text and read back.
 namespace {
 namespace pt = boost::property_tree;
 
@@ -46,7 +52,8 @@ std::vector<std::string> Subgroups() {
 
 void DefineOurs() {
   LcUData::Initialize();
-  LcUOption::Initialize();
+  LcUXMLDOMStream::Initialize();
+  LcUXMLDOMStream::SetProvider(LcUSysXMLProvider::Get());
   for (const Leaf& leaf : Leaves()) {
     const char* p = leaf.path.c_str();
     switch (leaf.kind) {
@@ -171,6 +178,63 @@ void PeerReset(benchmark::State& state) {
   }
   state.SetItemsProcessed(state.iterations() * int64_t(subgroups.size()));
 }
+std::string OursXMLText() {
+  LcUXMLDOMStream* stream = LcUXMLDOMStream::CreateWriteStream(nullptr, 441, 0, 0);
+  LcUOption::WriteToXML(LcUOption::GetPresentRoot(), *stream);
+  LcUStringA text;
+  stream->Save(text);
+  LcUXMLDOMStream::DestroyStream(stream);
+  return text.Get();
+}
+
+void OursWriteXML(benchmark::State& state) {
+  size_t bytes = 0;
+  for (auto _ : state) bytes += OursXMLText().size();
+  benchmark::DoNotOptimize(bytes);
+  state.SetItemsProcessed(state.iterations() * int64_t(Leaves().size()));
+}
+
+void PeerWriteXML(benchmark::State& state) {
+  size_t bytes = 0;
+  for (auto _ : state) {
+    std::ostringstream out;
+    pt::write_xml(out, Peer());
+    bytes += out.str().size();
+  }
+  benchmark::DoNotOptimize(bytes);
+  state.SetItemsProcessed(state.iterations() * int64_t(Leaves().size()));
+}
+
+void OursReadXML(benchmark::State& state) {
+  LcUString text;
+  LcUString::UTF8ToUTF16(OursXMLText().c_str(), -1, text);
+  int32_t count = 0;
+  for (auto _ : state) {
+    LcUXMLDOMStream* stream = LcUXMLDOMStream::CreateReadStream(text.Get(), 0);
+    LcUExOptionSet* set = LcUOption::ReadFromXML(*stream);
+    LcUXMLDOMStream::DestroyStream(stream);
+    count += set->GetCount();
+    set->AddRef();
+    set->Release();
+  }
+  benchmark::DoNotOptimize(count);
+  state.SetItemsProcessed(state.iterations() * int64_t(Leaves().size()));
+}
+
+void PeerReadXML(benchmark::State& state) {
+  std::ostringstream out;
+  pt::write_xml(out, Peer());
+  const std::string text = out.str();
+  size_t count = 0;
+  for (auto _ : state) {
+    std::istringstream in(text);
+    pt::ptree tree;
+    pt::read_xml(in, tree);
+    count += tree.size();
+  }
+  benchmark::DoNotOptimize(count);
+  state.SetItemsProcessed(state.iterations() * int64_t(Leaves().size()));
+}
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -182,10 +246,14 @@ int main(int argc, char** argv) {
   benchmark::RegisterBenchmark("property_tree/set", PeerSet);
   benchmark::RegisterBenchmark("ours/reset", OursReset);
   benchmark::RegisterBenchmark("property_tree/reset", PeerReset);
+  benchmark::RegisterBenchmark("ours/write_xml", OursWriteXML);
+  benchmark::RegisterBenchmark("property_tree/write_xml", PeerWriteXML);
+  benchmark::RegisterBenchmark("ours/read_xml", OursReadXML);
+  benchmark::RegisterBenchmark("property_tree/read_xml", PeerReadXML);
   benchmark::Initialize(&argc, argv);
   BenchRatioReporter reporter("property_tree", "items_per_second");
   benchmark::RunSpecifiedBenchmarks(&reporter);
-  reporter.PrintRatios({"read", "set", "reset"});
-  LcUOption::Terminate();
+  reporter.PrintRatios({"read", "set", "reset", "write_xml", "read_xml"});
+  LcUXMLDOMStream::Terminate();
   return 0;
 }

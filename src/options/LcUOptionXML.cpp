@@ -84,20 +84,26 @@ bool LcUOption::WriteToXML(LcUOptionSet* set, LcUXMLDOMStream& stream) {
   if (set->GetFlags() & LcUOptionSet::eTRANSIENT) return true;
   const char* element = set->IsArray() ? "optionarray" : "optionset";
   bool ok = stream.BeginElement(element, 0);
-  LcUStringA name(set->name);
+  // The stream's scratch word carries each name, so that names cost no
+  // allocation per option.
+  LcUStringA& name = stream.scratchWord;
+  name = set->name;
   if (!name.IsEmpty()) ok = stream.NarrowAttribute("name", name) && ok;
+  LcUExOptionSet* concrete = dynamic_cast<LcUExOptionSet*>(set);
+  LcUData copy;
   for (int32_t i = 0; i < set->GetCount(); ++i) {
-    LcUData value;
-    if (LcUOptionSet* child = set->GetValue(i, &value)) {
+    LcUOptionSet* child = set->GetValue(i, concrete ? nullptr : &copy);
+    if (child) {
       ok = WriteToXML(child, stream) && ok;
       continue;
     }
     ok = stream.BeginElement("option", 0) && ok;
-    LcUStringA optionName(set->GetName(i));
-    if (!optionName.IsEmpty()) ok = stream.NarrowAttribute("name", optionName) && ok;
+    name = set->GetName(i);
+    if (!name.IsEmpty()) ok = stream.NarrowAttribute("name", name) && ok;
     int32_t state = int32_t(set->GetState(i));
     if (state) ok = stream.IntAttribute("flags", state) && ok;
-    ok = value.SerialiseXML(stream) && ok;
+    // A writing stream only reads the value.
+    ok = (concrete ? concrete->GetRecord(i)->value : copy).SerialiseXML(stream) && ok;
     ok = stream.EndElement("option") && ok;
   }
   return stream.EndElement(element) && ok;

@@ -21,6 +21,12 @@ void FromUTF8(const char* text, LcUString& out) {
   LcUString::UTF8ToUTF16(text ? text : "", -1, out);
 }
 
+// Counts what a save would write, so that the text is made once at its size.
+struct CountingWriter : pugi::xml_writer {
+  size_t size = 0;
+  void write(const void*, size_t bytes) override { size += bytes; }
+};
+
 struct TextWriter : pugi::xml_writer {
   LcUStringA& text;
   explicit TextWriter(LcUStringA& text) : text(text) {}
@@ -152,6 +158,10 @@ public:
     const char* step = blanks.Get() ? blanks.Get() : "";
     if (target.IsNull()) {
       text.Clear();
+      CountingWriter counter;
+      document.save(counter, step, flags, pugi::encoding_utf8);
+      text.Clear();
+      if (text.Reserve(int32_t(counter.size)) < int32_t(counter.size)) return false;
       TextWriter writer(text);
       document.save(writer, step, flags, pugi::encoding_utf8);
       return true;

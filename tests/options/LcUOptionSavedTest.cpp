@@ -107,6 +107,8 @@ TEST_F(LcUOptionSavedTest, SavedSetsMergeIntoSetsDefinedLater) {
   LcUOption::DefineSet(saved, "grp", savedGroup);
   savedGroup->SetState(0, 0);
   LcUOption::SetSavedOptions(saved);
+  // A saved member the set does not define is not added.
+  LcUOption::DefineInt32(savedGroup, "gone", 9);
   LcUExOptionSet* group = new LcUExOptionSet;
   LcUOption::DefineInt32(group, "a", 1);
   LcUOption::DefineInt32(group, "b", 2);

@@ -33,9 +33,18 @@ TEST_F(LcUOptionUserTextTest, NamesEndingInAnIndexListTheirChoices) {
   ASSERT_TRUE(LcUOption::DefineInt32("ut.number", 1));
   shade->Release();
   single->Release();
+  LcUResource::DefineString("ut_mode:0", u"Off");
+  LcUResource::DefineString("ut_mode:1", u"On");
+  LcUName* mode = LcUName::MakeIndexedName("ut_mode", 0);
+  ASSERT_TRUE(LcUOption::DefineName("ut.mode", mode));
+  mode->Release();
   LcUOptionLock lock;
   LcUOptionSet* set = LcUOption::GetSet("ut");
   LcUVector<LcUName*> choices;
+  // A list may start at 0.
+  ASSERT_EQ(set->GetEnumValues(set->Find("mode"), choices), 2);
+  for (int32_t i = 0; i < choices.Size(); ++i) choices[i]->Release();
+  choices.Clear();
   ASSERT_EQ(set->GetEnumValues(set->Find("shade"), choices), 2);
   EXPECT_STREQ(choices[0]->GetInternalName(), "ut_shade:2");
   EXPECT_EQ(Narrow(LcUString(choices[1]->GetUserName())), "Lines");

@@ -19,7 +19,8 @@ function(tw_add_subsystem name)
   tw_warnings(${name})
   install(TARGETS ${name} EXPORT twveerbackglfTargets ARCHIVE DESTINATION lib)
   install(DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR}/ DESTINATION include/${name}
-          FILES_MATCHING PATTERN "*.h" PATTERN "win32" EXCLUDE PATTERN "posix" EXCLUDE)
+          FILES_MATCHING PATTERN "*.h" PATTERN "win32" EXCLUDE PATTERN "posix" EXCLUDE
+          REGEX "${CMAKE_CURRENT_SOURCE_DIR}/options$" EXCLUDE)
 endfunction()
 
 # Windows programs carry no MinGW runtime DLLs.

@@ -68,7 +68,7 @@ protected:
     std::u16string path = PathOf(name);
     FILE* file = std::fopen(Narrow(path).c_str(), "wb");
     if (file) {
-      std::fwrite(data.data(), 1, data.size(), file);
+      if (!data.empty()) std::fwrite(data.data(), 1, data.size(), file);
       std::fclose(file);
     }
     return path;

@@ -214,13 +214,7 @@ bool LcUFileURLImpl::Update() {
 // A refused read leaves the block in READ_ERROR, so that no reader waits
 // for an action that will never come.
 bool LcUFileURLImpl::StartFileAction(LcUFileURLBlock* block, uint32_t state) {
-  LcUFileAction* action = nullptr;
-  if (filePool.empty()) {
-    action = new LcUFileAction(this);
-  } else {
-    action = filePool.back();
-    filePool.pop_back();
-  }
+  LcUFileAction* action = Take(filePool);
   LcUFileURLFile* file = block->file;
   action->block = block;
   action->slot = file->SlotOf(block->index);

@@ -101,6 +101,15 @@ private:
   template <typename T>
   using List = std::vector<T, LcUAllocator<T>>;
 
+  // An action from its pool, or a new one.
+  template <typename Action>
+  Action* Take(List<Action*>& pool) {
+    if (pool.empty()) return new Action(this);
+    Action* action = pool.back();
+    pool.pop_back();
+    return action;
+  }
+
   // Blocks and their memory.
   bool GetBuffer(LcUFileURLBlock* block);
   void FreeBuffer(LcUFileURLBlock* block);

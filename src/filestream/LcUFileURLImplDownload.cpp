@@ -43,13 +43,7 @@ bool LcUFileURLImpl::TryCombinedDownload() {
 }
 
 bool LcUFileURLImpl::StartDownload(LcUFileURLBlock* const* blocks, uint32_t count) {
-  LcUInternetAction* action = nullptr;
-  if (downloadPool.empty()) {
-    action = new LcUInternetAction(this);
-  } else {
-    action = downloadPool.back();
-    downloadPool.pop_back();
-  }
+  LcUInternetAction* action = Take(downloadPool);
   LcUFileURLRemote* remote = blocks[0]->file->remote;
   if (!trickling) lastDemand = clock();
   std::copy(blocks, blocks + count, action->blocks);

@@ -244,3 +244,22 @@ TEST_F(FileURLLifecycle, StatusGoesOutAtMostOnceAPeriod) {
   engine->SetObserver(nullptr, nullptr);
   engine->Close(file);
 }
+
+TEST_F(FileURLLifecycle, AStreamedFileKeepsNoLocalCopy) {
+  std::u16string url = Remote(u"streamed.bin", 2 * B + 9);
+  protocol->SetUsesLocalCache(false);
+  std::vector<uint8_t> out(2 * B + 9);
+  for (int round = 1; round <= 2; ++round) {
+    LcUFileURLFile* file = OpenRemote(url);
+    ASSERT_NE(nullptr, file);
+    EXPECT_TRUE(file->GetRemote()->statePath.IsEmpty());
+    EXPECT_FALSE(engine->Poll()) << "nothing for the trickle";
+    engine->PrepareRead(file, 0, out.size());
+    ASSERT_EQ(0, engine->Read(file, LcUFileURLImpl::eBLOCKING, 0, out.data(), uint32_t(out.size())));
+    EXPECT_EQ(remoteData, out);
+    EXPECT_FALSE(engine->Poll()) << "nothing to write";
+    engine->Close(file);
+    EXPECT_EQ(size_t(round), protocol->Reads().size()) << "fetched again each time";
+  }
+  EXPECT_FALSE(LcUSysFile::Exists((std::u16string(folder.Get()) + u"/LocalCache").c_str()));
+}

@@ -48,7 +48,6 @@ bool LcUFileURLImpl::StartDownload(LcUFileURLBlock* const* blocks, uint32_t coun
   if (!trickling) lastDemand = clock();
   std::copy(blocks, blocks + count, action->blocks);
   action->count = count;
-  action->error = false;
   action->request = remote->protocol->CreateRequest(remote->handle, int64_t(blocks[0]->index) * eBLOCK_SIZE,
                                                     count * uint32_t(eBLOCK_SIZE));
   for (uint32_t i = 0; i < count; ++i) {
@@ -95,7 +94,6 @@ void LcUFileURLImpl::FinishDownload(LcUInternetAction* action) {
       for (LcUFileURLCompletionHook* hook : hooks) hook->OnComplete(file);
   }
   if (first->state == LcUFileURLBlock::eDOWNLOADING) {
-    action->error = false;
     if (m_download_queue.AddAction(action)) return;
     SetStates(action, LcUFileURLBlock::eDOWNLOAD_ERROR);
   }

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstdio>
 
 #include "environment/LcUSysFile.h"
 #include "filestream/LcUAsyncOpenAction.h"
@@ -110,6 +111,9 @@ bool LcUFileURLImpl::OpenInto(LcUFileURLFile* file, int32_t share) {
       LcUSizedObject::Delete(file->remote);
       return false;
     }
+    // Blocks move whole; a stream buffer would only hold back what the disk
+    // is to show.
+    std::setvbuf(file->local.GetStream(), nullptr, _IONBF, 0);
   }
   file->temporaryWritable = temporary && writable;
   if (file->flags & LcUFileURLFile::eOPEN_WRITE) {

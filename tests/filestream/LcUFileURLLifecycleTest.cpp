@@ -176,6 +176,8 @@ TEST_F(FileURLLifecycle, ABadStateFileIsIgnored) {
     std::vector<uint8_t> bytes(valid.begin(), valid.begin() + c.size);
     if (c.at + 4 <= bytes.size()) PutWord(bytes, c.at, c.word);
     WriteState(statePath, bytes);
+    LcUFileURLRemote probe(39 * B + 123, true);
+    EXPECT_EQ(c.downloaded != 0, probe.Load(statePath.Get())) << c.what;
     file = OpenRemote(url);
     ASSERT_NE(nullptr, file) << c.what;
     uint32_t downloaded = 99;
@@ -262,4 +264,44 @@ TEST_F(FileURLLifecycle, AStreamedFileKeepsNoLocalCopy) {
     EXPECT_EQ(size_t(round), protocol->Reads().size()) << "fetched again each time";
   }
   EXPECT_FALSE(LcUSysFile::Exists((std::u16string(folder.Get()) + u"/LocalCache").c_str()));
+}
+
+TEST_F(FileURLLifecycle, DownloadedBlocksAreWrittenBehindToTheLocalCopy) {
+  std::u16string url = Remote(u"behind.bin", 4 * B);
+  LcUFileURLFile* file = OpenRemote(url);
+  ASSERT_NE(nullptr, file);
+  std::vector<uint8_t> out(4 * B);
+  engine->PrepareRead(file, 0, out.size());
+  ASSERT_EQ(0, engine->Read(file, LcUFileURLImpl::eBLOCKING, 0, out.data(), uint32_t(out.size())));
+  // The reader's block stays until it moves on.
+  ASSERT_EQ(0, engine->Read(file, LcUFileURLImpl::eBLOCKING, 0, out.data(), 1));
+  ASSERT_TRUE(PollUntil([&] { return !engine->Poll(); }));
+  // Written while the file is still open.
+  EXPECT_EQ(remoteData, ReadDisk(std::u16string(file->localPath.Get())));
+  engine->Close(file);
+}
+
+TEST_F(FileURLLifecycle, ClosingAFileCancelsItsOwnQueuedDownloadsOnly) {
+  std::u16string urlA = Remote(u"a.bin", 4 * B);
+  std::u16string urlB = Remote(u"b.bin", 10 * B);
+  std::vector<uint8_t> dataB = remoteData;
+  LcUFileURLFile* a = OpenRemote(urlA);
+  LcUFileURLFile* b = OpenRemote(urlB);
+  ASSERT_NE(nullptr, a);
+  ASSERT_NE(nullptr, b);
+  // Four slow downloads of b fill the workers; behind them wait one of b
+  // and two of a.
+  protocol->SetLatency(std::chrono::milliseconds(300));
+  for (uint64_t index : {0u, 2u, 4u, 6u, 8u}) engine->PrepareRead(b, index * B, 1);
+  for (uint64_t index : {0u, 2u}) engine->PrepareRead(a, index * B, 1);
+  engine->Close(a);
+  EXPECT_EQ(nullptr, engine->FindOpen(urlA.c_str()));
+  uint8_t out[16];
+  ASSERT_EQ(0, engine->Read(b, LcUFileURLImpl::eBLOCKING, 8 * B, out, sizeof out));
+  EXPECT_EQ(0, std::memcmp(out, dataB.data() + 8 * B, sizeof out));
+  for (const RemoteTestProtocol::Call& call : protocol->Reads())
+    EXPECT_EQ(std::string::npos, call.path.find("a.bin")) << call.offset;
+  EXPECT_EQ(5u, protocol->Reads().size());
+  engine->Close(b);
+  EXPECT_EQ(0, protocol->OpenRequests());
 }

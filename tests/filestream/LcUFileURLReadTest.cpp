@@ -218,3 +218,22 @@ TEST_F(FileURLRead, AFailedLocalReadGivesTwo) {
   EXPECT_EQ(0, engine->Read(file, LcUFileURLImpl::eBLOCKING, B, out, sizeof out));
   engine->Close(file);
 }
+
+TEST_F(FileURLRead, UnderMemoryPressureRequestsWaitAndAReaderSkipsThem) {
+  std::vector<uint8_t> data = Pattern(8 * B);
+  std::u16string path = MakeFile(u"pressed.bin", data);
+  LcUFileURLFile* file = engine->Open(path.c_str(), nullptr, LcUFileURLFile::eOPEN_READ, LcUSysFileHandle::eDENY_NONE);
+  ASSERT_NE(nullptr, file);
+  engine->SetMemoryTest([] { return true; });
+  engine->PrepareRead(file, 0, 8 * B);
+  size_t before = LogText().size();
+  uint8_t out[16];
+  ASSERT_EQ(0, engine->Read(file, LcUFileURLImpl::eBLOCKING, 6 * B + 1, out, sizeof out));
+  EXPECT_EQ(0, std::memcmp(out, data.data() + 6 * B + 1, sizeof out));
+  std::string logged = LogText().substr(before);
+  EXPECT_EQ(1u, Count(logged, "LcUFileURL- Skipped 2 blocks in requests")) << "logged without the trace";
+  EXPECT_EQ(0u, Count(logged, "Unprepared read"));
+  EXPECT_EQ(LcUFileURLImpl::eMIN_BUFFER_TARGET, engine->GetBufferTarget());
+  engine->SetMemoryTest(nullptr);
+  engine->Close(file);
+}

@@ -93,6 +93,7 @@ TEST_F(FileURLWrite, ALockedRangeLosesNoBufferEntry) {
     }
     std::string logged = LogText().substr(before);
     EXPECT_EQ(locked ? 0u : 1u, Count(logged, "LcUFileURL- Unprepared read 3")) << logged;
+    EXPECT_EQ(locked ? 0u : 1u, Count(logged, "LcUFileURL- Skipped 3 blocks in buffer")) << logged;
     if (locked) {
       EXPECT_EQ(1u, Count(logged, "Lock: 3 to 6")) << logged;
       engine->Unlock(file);

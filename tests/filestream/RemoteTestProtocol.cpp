@@ -36,6 +36,11 @@ void RemoteTestProtocol::Hold(bool on) {
   released.notify_all();
 }
 
+void RemoteTestProtocol::SetLatency(std::chrono::milliseconds value) {
+  std::lock_guard<std::mutex> guard(lock);
+  latency = value;
+}
+
 void RemoteTestProtocol::WaitWhileHeld(std::unique_lock<std::mutex>& guard) {
   released.wait_for(guard, kHoldLimit, [this] { return !held; });
 }
@@ -99,8 +104,10 @@ int32_t RemoteTestProtocol::HandlesOpened() {
 
 bool RemoteTestProtocol::ReadFile(void* handle, void*, void*, int64_t offset, uint32_t size, void* buffer) {
   std::unique_lock<std::mutex> guard(lock);
-  reads.push_back({offset, size});
+  reads.push_back({offset, size, *static_cast<std::string*>(handle)});
   WaitWhileHeld(guard);
+  auto end = std::chrono::steady_clock::now() + latency;
+  while (std::chrono::steady_clock::now() < end) released.wait_until(guard, end);
   auto failure = failures.find(offset);
   if (failure != failures.end() && failure->second != 0) {
     if (failure->second > 0) --failure->second;

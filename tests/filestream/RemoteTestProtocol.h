@@ -1,4 +1,5 @@
 #pragma once
+#include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <map>
@@ -16,6 +17,7 @@ public:
   struct Call {
     int64_t offset;
     uint32_t size;
+    std::string path;
   };
 
   explicit RemoteTestProtocol(const std::u16string& folder) : folder(folder) {}
@@ -25,6 +27,8 @@ public:
   void ShortenReads(bool on);
   // Reads and file information wait while held.
   void Hold(bool on);
+  // Each read takes this long, as over a slow network.
+  void SetLatency(std::chrono::milliseconds latency);
   // Without it the files are streamed and no local copy is kept.
   void SetUsesLocalCache(bool on) { localCache = on; }
   std::vector<Call> Reads();
@@ -64,6 +68,7 @@ private:
   std::mutex lock;
   std::condition_variable released;
   bool held = false;
+  std::chrono::milliseconds latency{0};
   bool shortReads = false;
   bool localCache = true;
   std::map<int64_t, int32_t> failures;

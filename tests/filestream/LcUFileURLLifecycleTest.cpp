@@ -48,6 +48,15 @@ TEST_F(FileURLLifecycle, TwoOpensShareOneFileThatClosesAtTheSecondClose) {
       << "other flags are not shared";
   EXPECT_EQ(1, protocol->HandlesOpened());
   engine->Close(first);
+  engine->Close(first);
+  EXPECT_EQ(nullptr, engine->FindOpen(url.c_str()));
+
+  // A temporary file open for reading serves a plain read as well.
+  first = engine->Open(url.c_str(), nullptr, LcUFileURLFile::eOPEN_READ | LcUFileURLFile::eOPEN_TEMPORARY, 3);
+  ASSERT_NE(nullptr, first);
+  EXPECT_EQ(first, OpenRemote(url));
+  EXPECT_EQ(2, first->GetRefs());
+  engine->Close(first);
   EXPECT_EQ(first, engine->FindOpen(url.c_str()));
   engine->Close(first);
   EXPECT_EQ(nullptr, engine->FindOpen(url.c_str()));
@@ -75,6 +84,45 @@ TEST_F(FileURLLifecycle, AnAsynchronousOpenGivesTheFileOnceOpened) {
   engine->CloseAsync(record, file);
   EXPECT_EQ(nullptr, engine->FindOpen(url.c_str()));
   EXPECT_EQ(0, protocol->OpenHandles());
+}
+
+TEST_F(FileURLLifecycle, AnOpenMeetingAPendingOneWaitsForIt) {
+  std::u16string url = Remote(u"meet.bin", 2 * B);
+  protocol->SetLatency(std::chrono::milliseconds(200));
+  LcUFileURLFile::HandleRecord* record = engine->BeginOpen(url.c_str(), LcUFileURLFile::eOPEN_READ, 3);
+  ASSERT_NE(nullptr, record);
+  LcUFileURLFile* file = OpenRemote(url);
+  ASSERT_EQ(record->file, file);
+  EXPECT_TRUE(engine->IsOpened(record));
+  EXPECT_EQ(2 * B, file->GetSize());
+  engine->Close(file);
+  engine->CloseAsync(record, nullptr);
+  EXPECT_EQ(nullptr, engine->FindOpen(url.c_str()));
+}
+
+TEST_F(FileURLLifecycle, OpensThatCannotBeMadeGiveNull) {
+  EXPECT_EQ(nullptr, engine->Open(u"nosuch://host/file.bin", nullptr, LcUFileURLFile::eOPEN_READ, 3));
+  EXPECT_EQ(nullptr, engine->Open(PathOf(u"missing.bin").c_str(), nullptr, LcUFileURLFile::eOPEN_READ, 3));
+  EXPECT_EQ(nullptr, engine->Open(u"rtest://host/missing.bin", nullptr, LcUFileURLFile::eOPEN_READ, 3));
+  std::u16string path = MakeFile(u"plain.bin", Pattern(10));
+  LcUFileURLFile* file = engine->Open(path.c_str(), nullptr, LcUFileURLFile::eOPEN_READ, 3);
+  ASSERT_NE(nullptr, file);
+  EXPECT_FALSE(engine->GetDownloadState(path.c_str(), nullptr, nullptr, nullptr)) << "a local file has none";
+  engine->Close(file);
+}
+
+TEST_F(FileURLLifecycle, AFailingDownloadOfAClosingFileIsNotTriedAgain) {
+  std::u16string url = Remote(u"closing.bin", 2 * B);
+  LcUFileURLFile* file = OpenRemote(url);
+  ASSERT_NE(nullptr, file);
+  protocol->FailReads(0, -1);
+  protocol->SetLatency(std::chrono::milliseconds(300));
+  engine->PrepareRead(file, 0, 1);
+  // Closed while the first attempt runs.
+  ASSERT_TRUE(PollUntil([&] { return protocol->CountReads(0) == 1; }));
+  engine->Close(file);
+  EXPECT_EQ(1, protocol->CountReads(0));
+  EXPECT_EQ(0, protocol->OpenRequests());
 }
 
 TEST_F(FileURLLifecycle, ACloseWhileTheOpenIsPendingCancelsIt) {
@@ -219,6 +267,7 @@ TEST_F(FileURLLifecycle, TheTrickleFillsBlocksAfterTheIdleTime) {
   SetNetwork(false);
   file = OpenRemote(url);
   ASSERT_NE(nullptr, file);
+  EXPECT_FALSE(engine->Poll()) << "nothing left for the trickle";
   std::vector<uint8_t> out(3 * B);
   engine->PrepareRead(file, 0, out.size());
   EXPECT_EQ(0, engine->Read(file, LcUFileURLImpl::eBLOCKING, 0, out.data(), uint32_t(out.size())));

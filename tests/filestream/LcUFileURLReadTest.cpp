@@ -54,6 +54,7 @@ TEST_F(FileURLRead, AReadWithoutPrepareLogsOnceAndWorks) {
   std::string logged = LogText().substr(before);
   EXPECT_EQ(1u, Count(logged, "LcUFileURL- Unprepared read 0")) << logged;
   EXPECT_EQ(1u, Count(logged, "LcUFileURL- Unprepared read")) << logged;
+  EXPECT_EQ(0u, Count(logged, "Skipped")) << "one block behind is no skip";
   engine->Close(file);
 }
 

@@ -19,8 +19,10 @@ TEST_F(FileURLWrite, AppendsInThousandByteCallsGrowAnEmptyFile) {
   LcUFileURLFile* file = OpenLocal(path, LcUFileURLFile::eOPEN_WRITE | LcUFileURLFile::eOPEN_WRITE_APPEND);
   ASSERT_NE(nullptr, file);
   std::vector<uint8_t> data = Pattern(200000, 13);
+  uint32_t accesses = engine->GetAccessCount();
   for (uint32_t at = 0; at < data.size(); at += 1000)
     ASSERT_EQ(0, engine->Write(file, LcUFileURLImpl::eBLOCKING, at, data.data() + at, 1000)) << at;
+  EXPECT_EQ(accesses + 200, engine->GetAccessCount());
   EXPECT_EQ(200000u, file->GetSize());
   std::vector<uint8_t> back(data.size());
   EXPECT_EQ(0, engine->Read(file, LcUFileURLImpl::eBLOCKING, 0, back.data(), uint32_t(back.size())));
@@ -129,5 +131,24 @@ TEST_F(FileURLWrite, TheStreamSinkWritesAndReadsAStreamedFile) {
   ASSERT_TRUE(reader.ReadInt32Array(back.data(), uint32_t(back.size())));
   EXPECT_TRUE(reader.ReadEnd(true));
   EXPECT_EQ(values, back);
+  engine->Close(file);
+}
+
+TEST_F(FileURLWrite, TheStreamSinkPassesTheEnginesFailuresOn) {
+  std::vector<uint8_t> data = Pattern(2 * B);
+  MakeFile(u"away.bin", data);
+  SetNetwork(false);
+  LcUFileURLFile* file = OpenLocal(u"rtest://host/away.bin", LcUFileURLFile::eOPEN_READ);
+  ASSERT_NE(nullptr, file);
+  {
+    LcUStreamFileURLHandle sink(file);
+    LcUStreamReader reader(&sink);
+    EXPECT_FALSE(reader.ReadBegin(true));
+  }
+  LcUStreamFileURLHandle sink(file);
+  LcUStreamWriter writer(&sink);
+  ASSERT_TRUE(writer.WriteBegin(false));
+  writer.WriteNat8Array(data.data(), uint32_t(data.size()));
+  EXPECT_FALSE(writer.WriteEnd());
   engine->Close(file);
 }

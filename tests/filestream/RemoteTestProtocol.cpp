@@ -45,6 +45,11 @@ void RemoteTestProtocol::WaitWhileHeld(std::unique_lock<std::mutex>& guard) {
   released.wait_for(guard, kHoldLimit, [this] { return !held; });
 }
 
+void RemoteTestProtocol::Delay(std::unique_lock<std::mutex>& guard) {
+  auto end = std::chrono::steady_clock::now() + latency;
+  while (std::chrono::steady_clock::now() < end) released.wait_until(guard, end);
+}
+
 std::vector<RemoteTestProtocol::Call> RemoteTestProtocol::Reads() {
   std::lock_guard<std::mutex> guard(lock);
   return reads;
@@ -70,6 +75,7 @@ int32_t RemoteTestProtocol::OpenRequests() {
 bool RemoteTestProtocol::GetFileInfo(const char16_t* url, LcUFileMetaData& metadata) {
   std::unique_lock<std::mutex> guard(lock);
   WaitWhileHeld(guard);
+  Delay(guard);
   FILE* file = std::fopen(PathOf(url).c_str(), "rb");
   if (!file) return false;
   std::fseek(file, 0, SEEK_END);
@@ -106,8 +112,7 @@ bool RemoteTestProtocol::ReadFile(void* handle, void*, void*, int64_t offset, ui
   std::unique_lock<std::mutex> guard(lock);
   reads.push_back({offset, size, *static_cast<std::string*>(handle)});
   WaitWhileHeld(guard);
-  auto end = std::chrono::steady_clock::now() + latency;
-  while (std::chrono::steady_clock::now() < end) released.wait_until(guard, end);
+  Delay(guard);
   auto failure = failures.find(offset);
   if (failure != failures.end() && failure->second != 0) {
     if (failure->second > 0) --failure->second;

@@ -27,7 +27,8 @@ public:
   void ShortenReads(bool on);
   // Reads and file information wait while held.
   void Hold(bool on);
-  // Each read takes this long, as over a slow network.
+  // Each read and each file information takes this long, as over a slow
+  // network.
   void SetLatency(std::chrono::milliseconds latency);
   // Without it the files are streamed and no local copy is kept.
   void SetUsesLocalCache(bool on) { localCache = on; }
@@ -63,6 +64,7 @@ public:
 private:
   std::string PathOf(const char16_t* url) const;
   void WaitWhileHeld(std::unique_lock<std::mutex>& guard);
+  void Delay(std::unique_lock<std::mutex>& guard);
 
   std::u16string folder;
   std::mutex lock;

@@ -8,6 +8,8 @@
 #include "filestream/LcUInternetAction.h"
 #include "filestream/LcUNetworkConnection.h"
 #include "foundation/LcUError.h"
+#include "foundation/LcUPage.h"
+#include "foundation/LcUPageOutProgress.h"
 #include "foundation/LcUSysErrorPlatform.h"
 
 namespace {
@@ -15,31 +17,27 @@ uint64_t PlatformTick() {
   return LcUSysErrorPlatform::TickCount();
 }
 
-// Until page-out tells otherwise, memory is never short.
-bool MemoryNeverLow() {
-  return false;
-}
-
-// A 32-bit process runs out of address space long before memory.
-bool IsAddressSpaceBound() {
-  return sizeof(void*) < 8;
+bool PageSaysMemoryLow() {
+  return LcUPage::IsMemoryLow(LcUPage::eLOW);
 }
 
 const int32_t kUnlimited = INT32_MAX;
 }  // namespace
 
 LcUFileURLImpl::LcUFileURLImpl(int32_t cacheMode)
-    : ownCaching(cacheMode == 1 ? true : cacheMode == 2 ? false : !IsAddressSpaceBound()),
+    : ownCaching(cacheMode == 1 ? true : cacheMode == 2 ? false : !LcUPage::IsAddressSpaceBound()),
       clock(&PlatformTick),
-      memoryTest(&MemoryNeverLow),
+      memoryTest(&PageSaysMemoryLow),
       m_action_queue(kUnlimited, 1, false, true),
       m_temp_action_queue(kUnlimited, 1, false, true),
       m_download_queue(kUnlimited, eDOWNLOAD_THREADS, false, true),
       m_open_queue(eOPEN_QUEUE_PLACES, eOPEN_THREADS, false, true) {
   LcUError::TraceF(5, "LcUFileURL- Own Caching=%d\n", int(ownCaching));
+  LcUPage::AddPageOut(this);
 }
 
 LcUFileURLImpl::~LcUFileURLImpl() {
+  LcUPage::RemovePageOut(this);
   m_open_queue.WaitForEmpty();
   m_open_queue.ProcessFinished();
   for (auto* table : {&openingFiles, &openFiles})
@@ -285,6 +283,20 @@ void LcUFileURLImpl::FlushDirty() {
   ownCaching = own;
 }
 
+int32_t LcUFileURLImpl::PageOut(int32_t, int32_t, int32_t, int32_t pass, LcUPageOutProgress* progress) {
+  if ((pass != 1 && pass != 8) || !progress) return 0;
+  while (clean.Count() && !progress->done) {
+    DeleteBlock(clean.Head());
+    progress->done = progress->Check(1);
+  }
+  if (pass != 8) return 0;
+  while (dirty.Count() && !progress->done) {
+    FlushDirty();
+    progress->done = progress->Check(1);
+  }
+  return 1;
+}
+
 void LcUFileURLImpl::CancelAll() {
   for (BlockQueue* queue : {&requests, &buffer})
     while (!queue->empty()) {
@@ -348,5 +360,5 @@ void LcUFileURLImpl::SetClock(Clock newClock) {
 }
 
 void LcUFileURLImpl::SetMemoryTest(MemoryTest test) {
-  memoryTest = test ? test : &MemoryNeverLow;
+  memoryTest = test ? test : &PageSaysMemoryLow;
 }

@@ -7,6 +7,7 @@
 #include "filestream/LcUFileURLFile.h"
 #include "foundation/LcUActionQueue.h"
 #include "foundation/LcUAllocator.h"
+#include "foundation/LcUPageOut.h"
 #include "foundation/LcUString.h"
 #include "serial/LcUDict.h"
 
@@ -18,8 +19,9 @@ class LcUFileURLObserver;
 
 // The process's block cache: every open streamed file, its blocks, the
 // queues that read, write and download them, and the trickle. It has no
-// lock: one thread makes every call and runs every completion.
-class LcUFileURLImpl {
+// lock: one thread makes every call and runs every completion, page-out
+// included.
+class LcUFileURLImpl : public LcUPageOut {
 public:
   enum : int32_t {
     eBLOCK_SIZE = 65536,
@@ -40,14 +42,14 @@ public:
   enum Mode : int32_t { eBLOCKING = 0, eNON_BLOCKING = 1 };
   // Milliseconds on a monotonic clock.
   typedef uint64_t (*Clock)();
-  // Whether memory is short, as page-out would say.
+  // Whether memory is short; page-out says so unless a test does.
   typedef bool (*MemoryTest)();
 
   // Mode 1 caches without bound until memory is short, mode 2 keeps no
   // more than the buffer target, any other decides by the address space.
   explicit LcUFileURLImpl(int32_t cacheMode);
   // Closes what is still open.
-  ~LcUFileURLImpl();
+  ~LcUFileURLImpl() override;
   LcUFileURLImpl(const LcUFileURLImpl&) = delete;
   LcUFileURLImpl& operator=(const LcUFileURLImpl&) = delete;
 
@@ -81,6 +83,9 @@ public:
   bool Poll();
   // Drops every request and buffer entry and cancels all queued work.
   void CancelAll();
+  // Pass 1 frees clean blocks, pass 8 also writes the dirty ones; no other
+  // pass does anything.
+  int32_t PageOut(int32_t a, int32_t b, int32_t c, int32_t pass, LcUPageOutProgress* progress) override;
 
   void AddCompletionHook(LcUFileURLCompletionHook* hook);
   void RemoveCompletionHook(LcUFileURLCompletionHook* hook);

@@ -91,6 +91,10 @@ protected:
     return std::u16string(u"rtest://host/") + name;
   }
 
+  LcUFileURLFile* OpenRead(const std::u16string& url) {
+    return engine->Open(url.c_str(), nullptr, LcUFileURLFile::eOPEN_READ, LcUSysFileHandle::eDENY_NONE);
+  }
+
   // Polls until done() holds; false if it never does within the bound.
   template <typename Done>
   bool PollUntil(Done done) {

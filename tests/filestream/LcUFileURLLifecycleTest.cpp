@@ -8,9 +8,6 @@
 namespace {
 class FileURLLifecycle : public FileURLTest {
 protected:
-  LcUFileURLFile* OpenRemote(const std::u16string& url) {
-    return engine->Open(url.c_str(), nullptr, LcUFileURLFile::eOPEN_READ, LcUSysFileHandle::eDENY_NONE);
-  }
   void WriteState(const LcUString& path, const std::vector<uint8_t>& bytes) {
     FILE* file = std::fopen(Narrow(path.Get()).c_str(), "wb");
     ASSERT_NE(nullptr, file);
@@ -40,9 +37,9 @@ void PutWord(std::vector<uint8_t>& bytes, size_t at, uint32_t value) {
 
 TEST_F(FileURLLifecycle, TwoOpensShareOneFileThatClosesAtTheSecondClose) {
   std::u16string url = Remote(u"shared.bin", 2 * B);
-  LcUFileURLFile* first = OpenRemote(url);
+  LcUFileURLFile* first = OpenRead(url);
   ASSERT_NE(nullptr, first);
-  EXPECT_EQ(first, OpenRemote(url));
+  EXPECT_EQ(first, OpenRead(url));
   EXPECT_EQ(2, first->GetRefs());
   EXPECT_EQ(nullptr, engine->Open(url.c_str(), nullptr, LcUFileURLFile::eOPEN_WRITE, LcUSysFileHandle::eDENY_NONE))
       << "other flags are not shared";
@@ -54,7 +51,7 @@ TEST_F(FileURLLifecycle, TwoOpensShareOneFileThatClosesAtTheSecondClose) {
   // A temporary file open for reading serves a plain read as well.
   first = engine->Open(url.c_str(), nullptr, LcUFileURLFile::eOPEN_READ | LcUFileURLFile::eOPEN_TEMPORARY, 3);
   ASSERT_NE(nullptr, first);
-  EXPECT_EQ(first, OpenRemote(url));
+  EXPECT_EQ(first, OpenRead(url));
   EXPECT_EQ(2, first->GetRefs());
   engine->Close(first);
   EXPECT_EQ(first, engine->FindOpen(url.c_str()));
@@ -91,7 +88,7 @@ TEST_F(FileURLLifecycle, AnOpenMeetingAPendingOneWaitsForIt) {
   protocol->SetLatency(std::chrono::milliseconds(200));
   LcUFileURLFile::HandleRecord* record = engine->BeginOpen(url.c_str(), LcUFileURLFile::eOPEN_READ, 3);
   ASSERT_NE(nullptr, record);
-  LcUFileURLFile* file = OpenRemote(url);
+  LcUFileURLFile* file = OpenRead(url);
   ASSERT_EQ(record->file, file);
   EXPECT_TRUE(engine->IsOpened(record));
   EXPECT_EQ(2 * B, file->GetSize());
@@ -105,7 +102,7 @@ TEST_F(FileURLLifecycle, OpensThatCannotBeMadeGiveNull) {
   EXPECT_EQ(nullptr, engine->Open(PathOf(u"missing.bin").c_str(), nullptr, LcUFileURLFile::eOPEN_READ, 3));
   EXPECT_EQ(nullptr, engine->Open(u"rtest://host/missing.bin", nullptr, LcUFileURLFile::eOPEN_READ, 3));
   std::u16string path = MakeFile(u"plain.bin", Pattern(10));
-  LcUFileURLFile* file = engine->Open(path.c_str(), nullptr, LcUFileURLFile::eOPEN_READ, 3);
+  LcUFileURLFile* file = OpenRead(path);
   ASSERT_NE(nullptr, file);
   EXPECT_FALSE(engine->GetDownloadState(path.c_str(), nullptr, nullptr, nullptr)) << "a local file has none";
   engine->Close(file);
@@ -113,7 +110,7 @@ TEST_F(FileURLLifecycle, OpensThatCannotBeMadeGiveNull) {
 
 TEST_F(FileURLLifecycle, AFailingDownloadOfAClosingFileIsNotTriedAgain) {
   std::u16string url = Remote(u"closing.bin", 2 * B);
-  LcUFileURLFile* file = OpenRemote(url);
+  LcUFileURLFile* file = OpenRead(url);
   ASSERT_NE(nullptr, file);
   protocol->FailReads(0, -1);
   protocol->SetLatency(std::chrono::milliseconds(300));
@@ -136,7 +133,7 @@ TEST_F(FileURLLifecycle, ACloseWhileTheOpenIsPendingCancelsIt) {
   ASSERT_TRUE(PollUntil([&] { return protocol->HandlesOpened() == 1 && protocol->OpenHandles() == 0; }));
   EXPECT_EQ(nullptr, engine->FindOpen(url.c_str()));
   EXPECT_EQ(0, protocol->OpenThreadHandles());
-  LcUFileURLFile* again = OpenRemote(url);
+  LcUFileURLFile* again = OpenRead(url);
   ASSERT_NE(nullptr, again) << "the URL is free again";
   engine->Close(again);
 }
@@ -152,7 +149,7 @@ TEST_F(FileURLLifecycle, AFailedAsynchronousOpenGivesNull) {
 
 TEST_F(FileURLLifecycle, TheStateFileHoldsItsExactBytes) {
   std::u16string url = Remote(u"state.bin", 39 * B + 123);
-  LcUFileURLFile* file = OpenRemote(url);
+  LcUFileURLFile* file = OpenRead(url);
   ASSERT_NE(nullptr, file);
   LcUString statePath = file->GetRemote()->statePath;
   uint8_t out[4];
@@ -176,7 +173,7 @@ TEST_F(FileURLLifecycle, TheStateFileHoldsItsExactBytes) {
   // Loaded back, blocks 1 and 33 read without the network.
   SetNetwork(false);
   size_t calls = protocol->Reads().size();
-  file = OpenRemote(url);
+  file = OpenRead(url);
   ASSERT_NE(nullptr, file);
   uint32_t blocks = 0, downloaded = 0;
   LcUBitArray bits;
@@ -193,7 +190,7 @@ TEST_F(FileURLLifecycle, TheStateFileHoldsItsExactBytes) {
 
 TEST_F(FileURLLifecycle, ABadStateFileIsIgnored) {
   std::u16string url = Remote(u"bad.bin", 39 * B + 123);
-  LcUFileURLFile* file = OpenRemote(url);
+  LcUFileURLFile* file = OpenRead(url);
   ASSERT_NE(nullptr, file);
   LcUString statePath = file->GetRemote()->statePath;
   engine->Close(file);
@@ -226,7 +223,7 @@ TEST_F(FileURLLifecycle, ABadStateFileIsIgnored) {
     WriteState(statePath, bytes);
     LcUFileURLRemote probe(39 * B + 123, true);
     EXPECT_EQ(c.downloaded != 0, probe.Load(statePath.Get())) << c.what;
-    file = OpenRemote(url);
+    file = OpenRead(url);
     ASSERT_NE(nullptr, file) << c.what;
     uint32_t downloaded = 99;
     ASSERT_TRUE(engine->GetDownloadState(url.c_str(), nullptr, &downloaded, nullptr));
@@ -240,7 +237,7 @@ TEST_F(FileURLLifecycle, TheTrickleFillsBlocksAfterTheIdleTime) {
   std::u16string url = Remote(u"trickle.bin", 3 * B);
   CountingHook hook;
   engine->AddCompletionHook(&hook);
-  LcUFileURLFile* file = OpenRemote(url);
+  LcUFileURLFile* file = OpenRead(url);
   ASSERT_NE(nullptr, file);
   EXPECT_TRUE(engine->Poll());
   now += LcUFileURLImpl::eTRICKLE_IDLE_TIME - 1;
@@ -265,7 +262,7 @@ TEST_F(FileURLLifecycle, TheTrickleFillsBlocksAfterTheIdleTime) {
   engine->Close(file);
   // What the trickle fetched is in the local copy.
   SetNetwork(false);
-  file = OpenRemote(url);
+  file = OpenRead(url);
   ASSERT_NE(nullptr, file);
   EXPECT_FALSE(engine->Poll()) << "nothing left for the trickle";
   std::vector<uint8_t> out(3 * B);
@@ -280,7 +277,7 @@ TEST_F(FileURLLifecycle, StatusGoesOutAtMostOnceAPeriod) {
   engine->SetObserver(&observer, nullptr);
   std::vector<uint8_t> data = Pattern(4 * B);
   std::u16string path = MakeFile(u"status.bin", data);
-  LcUFileURLFile* file = engine->Open(path.c_str(), nullptr, LcUFileURLFile::eOPEN_READ, 3);
+  LcUFileURLFile* file = OpenRead(path);
   ASSERT_NE(nullptr, file);
   int32_t calls = observer.calls;
   std::vector<uint8_t> out(B);
@@ -301,7 +298,7 @@ TEST_F(FileURLLifecycle, AStreamedFileKeepsNoLocalCopy) {
   protocol->SetUsesLocalCache(false);
   std::vector<uint8_t> out(2 * B + 9);
   for (int round = 1; round <= 2; ++round) {
-    LcUFileURLFile* file = OpenRemote(url);
+    LcUFileURLFile* file = OpenRead(url);
     ASSERT_NE(nullptr, file);
     EXPECT_TRUE(file->GetRemote()->statePath.IsEmpty());
     EXPECT_FALSE(engine->Poll()) << "nothing for the trickle";
@@ -317,7 +314,7 @@ TEST_F(FileURLLifecycle, AStreamedFileKeepsNoLocalCopy) {
 
 TEST_F(FileURLLifecycle, DownloadedBlocksAreWrittenBehindToTheLocalCopy) {
   std::u16string url = Remote(u"behind.bin", 4 * B);
-  LcUFileURLFile* file = OpenRemote(url);
+  LcUFileURLFile* file = OpenRead(url);
   ASSERT_NE(nullptr, file);
   std::vector<uint8_t> out(4 * B);
   engine->PrepareRead(file, 0, out.size());
@@ -334,8 +331,8 @@ TEST_F(FileURLLifecycle, ClosingAFileCancelsItsOwnQueuedDownloadsOnly) {
   std::u16string urlA = Remote(u"a.bin", 4 * B);
   std::u16string urlB = Remote(u"b.bin", 10 * B);
   std::vector<uint8_t> dataB = remoteData;
-  LcUFileURLFile* a = OpenRemote(urlA);
-  LcUFileURLFile* b = OpenRemote(urlB);
+  LcUFileURLFile* a = OpenRead(urlA);
+  LcUFileURLFile* b = OpenRead(urlB);
   ASSERT_NE(nullptr, a);
   ASSERT_NE(nullptr, b);
   // Four slow downloads of b fill the workers; behind them wait one of b

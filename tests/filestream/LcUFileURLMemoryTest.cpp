@@ -42,7 +42,7 @@ const char* const kModePath = "general.file_streaming.cache_mode";
 TEST_F(FileURLMemory, OwnCachingKeepsBlocksUntilMemoryIsShort) {
   std::vector<uint8_t> data = Pattern(8 * B);
   std::u16string path = MakeFile(u"cached.bin", data);
-  LcUFileURLFile* file = engine->Open(path.c_str(), nullptr, LcUFileURLFile::eOPEN_READ, 3);
+  LcUFileURLFile* file = OpenRead(path);
   ASSERT_NE(nullptr, file);
   ASSERT_TRUE(engine->IsOwnCaching());
   engine->SetMemoryTest([] { return false; });

@@ -11,7 +11,7 @@ TEST_F(FileURLRead, ResultsAtAndPastTheEnd) {
   for (size_t size : {size_t(0), size_t(3 * B + 100)}) {
     std::vector<uint8_t> data = Pattern(size);
     std::u16string path = MakeFile(u"local.bin", data);
-    LcUFileURLFile* file = engine->Open(path.c_str(), nullptr, LcUFileURLFile::eOPEN_READ, LcUSysFileHandle::eDENY_NONE);
+    LcUFileURLFile* file = OpenRead(path);
     ASSERT_NE(nullptr, file);
     ASSERT_EQ(size, file->GetSize());
     struct Case {
@@ -44,7 +44,7 @@ TEST_F(FileURLRead, ResultsAtAndPastTheEnd) {
 TEST_F(FileURLRead, AReadWithoutPrepareLogsOnceAndWorks) {
   std::vector<uint8_t> data = Pattern(4 * B);
   std::u16string path = MakeFile(u"local.bin", data);
-  LcUFileURLFile* file = engine->Open(path.c_str(), nullptr, LcUFileURLFile::eOPEN_READ, LcUSysFileHandle::eDENY_NONE);
+  LcUFileURLFile* file = OpenRead(path);
   ASSERT_NE(nullptr, file);
   LcUSysError::SetTraceLevel(1);
   size_t before = LogText().size();
@@ -60,7 +60,7 @@ TEST_F(FileURLRead, AReadWithoutPrepareLogsOnceAndWorks) {
 
 TEST_F(FileURLRead, TwoPreparesMeetingInOneBlockFetchItOnce) {
   std::u16string url = Remote(u"meet.bin", 3 * B);
-  LcUFileURLFile* file = engine->Open(url.c_str(), nullptr, LcUFileURLFile::eOPEN_READ, LcUSysFileHandle::eDENY_NONE);
+  LcUFileURLFile* file = OpenRead(url);
   ASSERT_NE(nullptr, file);
   engine->PrepareRead(file, 0, B + 10);
   engine->PrepareRead(file, B + 10, B);
@@ -79,7 +79,7 @@ TEST_F(FileURLRead, TwoPreparesMeetingInOneBlockFetchItOnce) {
 TEST_F(FileURLRead, NeighboursGoAsOneRequestCutAtTheEndAndCappedAtSixteen) {
   uint64_t size = 18 * B + 1000;
   std::u16string url = Remote(u"long.bin", size);
-  LcUFileURLFile* file = engine->Open(url.c_str(), nullptr, LcUFileURLFile::eOPEN_READ, LcUSysFileHandle::eDENY_NONE);
+  LcUFileURLFile* file = OpenRead(url);
   ASSERT_NE(nullptr, file);
   engine->PrepareRead(file, 0, size);
   std::vector<uint8_t> out(size);
@@ -97,7 +97,7 @@ TEST_F(FileURLRead, NeighboursGoAsOneRequestCutAtTheEndAndCappedAtSixteen) {
 
 TEST_F(FileURLRead, ThreeAttemptsThenDownloadErrorAndPrepareStartsAgain) {
   std::u16string url = Remote(u"fail.bin", 2 * B);
-  LcUFileURLFile* file = engine->Open(url.c_str(), nullptr, LcUFileURLFile::eOPEN_READ, LcUSysFileHandle::eDENY_NONE);
+  LcUFileURLFile* file = OpenRead(url);
   ASSERT_NE(nullptr, file);
   protocol->FailReads(0, -1);
   uint8_t out[100];
@@ -124,7 +124,7 @@ TEST_F(FileURLRead, ThreeAttemptsThenDownloadErrorAndPrepareStartsAgain) {
 
 TEST_F(FileURLRead, ACombinedDownloadCountsItsFailureOnTheFirstBlockOnly) {
   std::u16string url = Remote(u"multi.bin", 10 * B);
-  LcUFileURLFile* file = engine->Open(url.c_str(), nullptr, LcUFileURLFile::eOPEN_READ, LcUSysFileHandle::eDENY_NONE);
+  LcUFileURLFile* file = OpenRead(url);
   ASSERT_NE(nullptr, file);
   LcUSysError::SetTraceLevel(1);
   size_t before = LogText().size();
@@ -149,7 +149,7 @@ TEST_F(FileURLRead, ACombinedDownloadCountsItsFailureOnTheFirstBlockOnly) {
 
 TEST_F(FileURLRead, ShortReadsFailLikeErrors) {
   std::u16string url = Remote(u"short.bin", B);
-  LcUFileURLFile* file = engine->Open(url.c_str(), nullptr, LcUFileURLFile::eOPEN_READ, LcUSysFileHandle::eDENY_NONE);
+  LcUFileURLFile* file = OpenRead(url);
   ASSERT_NE(nullptr, file);
   protocol->ShortenReads(true);
   uint8_t out[10];
@@ -160,7 +160,7 @@ TEST_F(FileURLRead, ShortReadsFailLikeErrors) {
 
 TEST_F(FileURLRead, NonBlockingReadsWouldBlockWhileDownloadingAndSucceedAfterPolling) {
   std::u16string url = Remote(u"wait.bin", 4 * B);
-  LcUFileURLFile* file = engine->Open(url.c_str(), nullptr, LcUFileURLFile::eOPEN_READ, LcUSysFileHandle::eDENY_NONE);
+  LcUFileURLFile* file = OpenRead(url);
   ASSERT_NE(nullptr, file);
   protocol->Hold(true);
   engine->PrepareRead(file, 0, 4 * B);
@@ -177,7 +177,7 @@ TEST_F(FileURLRead, NonBlockingReadsWouldBlockWhileDownloadingAndSucceedAfterPol
 
 TEST_F(FileURLRead, WithTheNetworkDownMissingBlocksAreUnavailableAndLocalOnesRead) {
   std::u16string url = Remote(u"net.bin", 4 * B);
-  LcUFileURLFile* file = engine->Open(url.c_str(), nullptr, LcUFileURLFile::eOPEN_READ, LcUSysFileHandle::eDENY_NONE);
+  LcUFileURLFile* file = OpenRead(url);
   ASSERT_NE(nullptr, file);
   std::vector<uint8_t> out(2 * B);
   engine->PrepareRead(file, 0, 2 * B);
@@ -186,7 +186,7 @@ TEST_F(FileURLRead, WithTheNetworkDownMissingBlocksAreUnavailableAndLocalOnesRea
   size_t calls = protocol->Reads().size();
 
   SetNetwork(false);
-  file = engine->Open(url.c_str(), nullptr, LcUFileURLFile::eOPEN_READ, LcUSysFileHandle::eDENY_NONE);
+  file = OpenRead(url);
   ASSERT_NE(nullptr, file);
   engine->PrepareRead(file, 0, 4 * B);
   std::fill(out.begin(), out.end(), 0);
@@ -200,7 +200,7 @@ TEST_F(FileURLRead, WithTheNetworkDownMissingBlocksAreUnavailableAndLocalOnesRea
 
 TEST_F(FileURLRead, AFailedLocalReadGivesTwo) {
   std::u16string url = Remote(u"broken.bin", 2 * B);
-  LcUFileURLFile* file = engine->Open(url.c_str(), nullptr, LcUFileURLFile::eOPEN_READ, LcUSysFileHandle::eDENY_NONE);
+  LcUFileURLFile* file = OpenRead(url);
   ASSERT_NE(nullptr, file);
   LcUString statePath = file->GetRemote()->statePath;
   engine->Close(file);
@@ -209,7 +209,7 @@ TEST_F(FileURLRead, AFailedLocalReadGivesTwo) {
   claim.MarkDownloaded(0);
   ASSERT_TRUE(claim.Save(statePath.Get()));
   size_t before = LogText().size();
-  file = engine->Open(url.c_str(), nullptr, LcUFileURLFile::eOPEN_READ, LcUSysFileHandle::eDENY_NONE);
+  file = OpenRead(url);
   ASSERT_NE(nullptr, file);
   engine->PrepareRead(file, 0, 2 * B);
   uint8_t out[10];
@@ -223,7 +223,7 @@ TEST_F(FileURLRead, AFailedLocalReadGivesTwo) {
 TEST_F(FileURLRead, UnderMemoryPressureRequestsWaitAndAReaderSkipsThem) {
   std::vector<uint8_t> data = Pattern(8 * B);
   std::u16string path = MakeFile(u"pressed.bin", data);
-  LcUFileURLFile* file = engine->Open(path.c_str(), nullptr, LcUFileURLFile::eOPEN_READ, LcUSysFileHandle::eDENY_NONE);
+  LcUFileURLFile* file = OpenRead(path);
   ASSERT_NE(nullptr, file);
   engine->SetMemoryTest([] { return true; });
   engine->PrepareRead(file, 0, 8 * B);

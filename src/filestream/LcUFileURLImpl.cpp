@@ -272,15 +272,20 @@ void LcUFileURLImpl::CancelFileAction(LcUFileAction* action) {
   Drop(block);
 }
 
-void LcUFileURLImpl::FlushDirty() {
+// Each block present at the start is written once: one that fails goes
+// back to the dirty list for the scheduler, rather than round this loop.
+bool LcUFileURLImpl::FlushDirty() {
+  int32_t before = dirty.Count();
+  int32_t budget = before;
   bool own = ownCaching;
   ownCaching = false;
-  WaitWhile([this] {
-    while (dirty.Count() && fileActions < eFILE_ACTION_LIMIT)
+  WaitWhile([this, &budget] {
+    for (; budget > 0 && dirty.Count() && fileActions < eFILE_ACTION_LIMIT; --budget)
       if (!StartWrite(dirty.Head())) return false;
     return writes > 0;
   });
   ownCaching = own;
+  return dirty.Count() < before;
 }
 
 int32_t LcUFileURLImpl::PageOut(int32_t, int32_t, int32_t, int32_t pass, LcUPageOutProgress* progress) {
@@ -290,10 +295,7 @@ int32_t LcUFileURLImpl::PageOut(int32_t, int32_t, int32_t, int32_t pass, LcUPage
     progress->done = progress->Check(1);
   }
   if (pass != 8) return 0;
-  while (dirty.Count() && !progress->done) {
-    FlushDirty();
-    progress->done = progress->Check(1);
-  }
+  while (dirty.Count() && !progress->done && FlushDirty()) progress->done = progress->Check(1);
   return 1;
 }
 

@@ -135,7 +135,8 @@ private:
   bool StartFileAction(LcUFileURLBlock* block, uint32_t state);
   bool StartWrite(LcUFileURLBlock* block);
   void FinishFileAction(LcUFileAction* action);
-  void FlushDirty();
+  // False when no dirty block got written.
+  bool FlushDirty();
   // Keeps waiting while waiting() holds, running completions between.
   template <typename Waiting>
   void WaitWhile(Waiting waiting);

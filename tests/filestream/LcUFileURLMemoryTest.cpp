@@ -73,6 +73,7 @@ TEST_F(FileURLMemory, PassEightWritesTheDirtyBlocks) {
   std::u16string path = MakeFile(u"dirty.bin", std::vector<uint8_t>(4 * B));
   LcUFileURLFile* file = engine->Open(path.c_str(), nullptr, LcUFileURLFile::eOPEN_WRITE, 3);
   ASSERT_NE(nullptr, file);
+  engine->SetMemoryTest([] { return false; });
   std::vector<uint8_t> data = Pattern(4 * B, 11);
   ASSERT_EQ(0, engine->Write(file, LcUFileURLImpl::eBLOCKING, 0, data.data(), uint32_t(data.size())));
   // Block 3 is the writer's; the other three wait on the dirty list.
@@ -105,4 +106,23 @@ TEST_F(FileURLMemory, TheComponentDefinesItsCacheModeOption) {
   engine = LcUFileURL::GetInstance();
   ASSERT_TRUE(LcUFileProtocolRegistry::GetInstance()->Register(u"rtest", protocol));
   LcUOption::Terminate();
+}
+
+// Each dirty block is tried once a pass, so a file that refuses writes
+// cannot hold the pass.
+TEST_F(FileURLMemory, AWriteThatKeepsFailingEndsThePassAllTheSame) {
+  std::vector<uint8_t> data = Pattern(2 * B);
+  std::u16string path = MakeFile(u"readonly.bin", data);
+  // Open for reading only: the local file refuses every write.
+  LcUFileURLFile* file = OpenRead(path);
+  ASSERT_NE(nullptr, file);
+  engine->SetMemoryTest([] { return false; });
+  uint8_t patch[10] = {};
+  ASSERT_EQ(0, engine->Write(file, LcUFileURLImpl::eBLOCKING, 0, patch, sizeof patch));
+  uint8_t out[4];
+  ASSERT_EQ(0, engine->Read(file, LcUFileURLImpl::eBLOCKING, B, out, sizeof out));
+  CountingProgress progress(100);
+  EXPECT_EQ(1, engine->PageOut(0, 0, 0, 8, &progress));
+  engine->Close(file);
+  EXPECT_EQ(data, ReadDisk(path));
 }

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Builds Linux and Windows (run under Wine) and runs every test of both.
 #   --asan       also the Linux build with AddressSanitizer and UBSan
-#   --tsan       also the tests of locks, threads, queues and the option tree under ThreadSanitizer
+#   --tsan       also the tests of locks, threads, queues, the option tree and the block
+#                cache's workers under ThreadSanitizer
 #   --fuzz SECS  also build the fuzz targets and run each for SECS seconds
 # Ends with one line: "N passed, N failed".
 set -u
@@ -34,8 +35,8 @@ for preset in "${presets[@]}"; do
   targets=()
   labels=()
   if [ "$preset" = linux-tsan ]; then
-    targets=(--target tests_foundation --target tests_options)
-    labels=(-L 'foundation|options')
+    targets=(--target tests_foundation --target tests_options --target tests_filestream)
+    labels=(-L 'foundation|options|filestream')
   fi
   if ! cmake --preset "$preset" >"build-$preset.log" 2>&1 || ! cmake --build --preset "$preset" -j "$jobs" "${targets[@]}" >>"build-$preset.log" 2>&1; then
     tail -40 "build-$preset.log"

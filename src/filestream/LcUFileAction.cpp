@@ -1,0 +1,28 @@
+#include "filestream/LcUFileAction.h"
+
+#include <cerrno>
+#include <cstdio>
+
+#include "filestream/LcUFileURLBlock.h"
+#include "filestream/LcUFileURLFile.h"
+#include "filestream/LcUFileURLImpl.h"
+#include "filestream/LcUSysFilePosition.h"
+
+// The state was set before the action was queued and stays until Finish.
+void LcUFileAction::Execute(int32_t) {
+  if (!block->buffer) return;
+  FILE* stream = block->file->local.GetStream();
+  // A failed seek records no error: the block then counts as done.
+  if (!stream || !LcUSysFilePosition::Seek(stream, int64_t(slot) * LcUFileURLBlock::eSIZE)) return;
+  errno = 0;
+  size_t moved = block->state == LcUFileURLBlock::eREADING
+                     ? std::fread(block->buffer, 1, LcUFileURLBlock::eSIZE, stream)
+                     : std::fwrite(block->buffer, 1, LcUFileURLBlock::eSIZE, stream);
+  // A short last block moves less and still succeeds.
+  if (moved == 0) error = errno ? uint32_t(errno) : 1;
+}
+
+bool LcUFileAction::Finish() {
+  engine->FinishFileAction(this);
+  return false;
+}

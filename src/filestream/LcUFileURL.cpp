@@ -1,0 +1,48 @@
+#include "filestream/LcUFileURL.h"
+
+#include "filestream/LcUFileURLImpl.h"
+#include "filestream/LcULocalFileProtocol.h"
+#include "filestream/LcUNetworkConnection.h"
+#include "options/LcUOption.h"
+#include "foundation/LcUActionQueue.h"
+#include "foundation/LcUPage.h"
+#include "foundation/LcUString.h"
+#include "foundation/LcUSysError.h"
+
+LcUComponent LcUFileURL::component;
+
+namespace {
+LcUFileURLImpl* engine = nullptr;
+int32_t cacheMode = 0;
+const char* const kCacheModePath = "general.file_streaming.cache_mode";
+}  // namespace
+
+// The engine is built before the mode is taken, so a new mode tells only
+// at a later start.
+bool LcUFileURL::Initialize() {
+  if (LcUSysError::RegisterComponent(&component, "LcUFileURL") != 1) return true;
+  bool started = LcUString::Initialize() && LcUOption::Initialize() && LcULocalFileProtocol::Initialize() &&
+                 LcUPage::Initialize() && LcUActionQueue::Initialize() && LcUNetworkConnection::Initialize();
+  engine = new LcUFileURLImpl(cacheMode);
+  LcUOption::DefineInt32(kCacheModePath, cacheMode);
+  LcUOption::TryGetInt32(kCacheModePath, cacheMode);
+  return started && engine;
+}
+
+void LcUFileURL::Terminate() {
+  if (LcUSysError::UnregisterComponent(&component) != 1) return;
+  delete engine;
+  engine = nullptr;
+  LcUNetworkConnection::Terminate();
+  LcUActionQueue::Terminate();
+  LcUPage::Terminate();
+  LcULocalFileProtocol::Terminate();
+  LcUOption::Undefine(kCacheModePath);
+  LcUOption::Terminate();
+  LcUString::Terminate();
+}
+
+LcUFileURLImpl* LcUFileURL::GetInstance() {
+  return engine;
+}
+

@@ -59,6 +59,8 @@ bool LcUFileURLImpl::IsNetworkUp() const {
 // Under memory pressure a new block takes the oldest clean block's memory.
 bool LcUFileURLImpl::GetBuffer(LcUFileURLBlock* block) {
   if (block->buffer) return true;
+  // Streaming is where memory grows: the limits are enforced as buffers are taken.
+  LcUPage::CheckLimits();
   if (clean.Count() && IsMemoryLow()) {
     LcUFileURLBlock* oldest = clean.Head();
     clean.Remove(oldest);

@@ -2,6 +2,7 @@
 
 #include "FileURLTesting.h"
 #include "foundation/LcUPage.h"
+#include "foundation/LcUPageOutObserver.h"
 #include "foundation/LcUPageOutProgress.h"
 #include "options/LcUOption.h"
 
@@ -125,4 +126,60 @@ TEST_F(FileURLMemory, AWriteThatKeepsFailingEndsThePassAllTheSame) {
   EXPECT_EQ(1, engine->PageOut(0, 0, 0, 8, &progress));
   engine->Close(file);
   EXPECT_EQ(data, ReadDisk(path));
+}
+
+TEST_F(FileURLMemory, AFileFourTimesTheAllocLimitStreamsWithinIt) {
+  ASSERT_TRUE(engine->IsOwnCaching());
+  uint64_t limit = LcUMemory::GetTotalBytes() + 48 * B;
+  uint64_t size = 4 * limit;
+  std::vector<uint8_t> data = Pattern(size_t(size));
+  std::u16string path = MakeFile(u"large.bin", data);
+  LcUFileURLFile* file = OpenRead(path);
+  ASSERT_NE(nullptr, file);
+  LcUPage::SetAllocLimit(limit);
+  uint64_t peak = 0;
+  std::vector<uint8_t> out(B);
+  bool same = true;
+  for (uint64_t offset = 0; offset < size; offset += B) {
+    uint32_t length = uint32_t(std::min<uint64_t>(B, size - offset));
+    engine->PrepareRead(file, offset, length);
+    ASSERT_EQ(0, engine->Read(file, LcUFileURLImpl::eBLOCKING, offset, out.data(), length)) << offset;
+    same = same && std::memcmp(out.data(), data.data() + offset, length) == 0;
+    peak = std::max(peak, LcUMemory::GetTotalBytes());
+  }
+  LcUPage::SetAllocLimit(0);
+  engine->Close(file);
+  EXPECT_TRUE(same);
+  EXPECT_LE(peak, limit);
+  EXPECT_FALSE(LcUPage::IsOutOfMemory());
+}
+
+TEST_F(FileURLMemory, TakingABufferPastTheLimitGivesCleanBlocksBack) {
+  std::vector<uint8_t> data = Pattern(24 * B);
+  LcUFileURLFile* file = OpenRead(MakeFile(u"kept.bin", data));
+  ASSERT_NE(nullptr, file);
+  uint64_t limit = LcUMemory::GetTotalBytes() + 40 * B;
+  LcUPage::SetAllocLimit(limit);
+  ReadBlocks(file, 16);
+  // Something else takes memory past the limit; the next buffer taken
+  // makes the cache give back what it keeps.
+  void* other = LcUMemory::Alloc(30 * B, 16, 0);
+  ASSERT_GT(LcUMemory::GetTotalBytes(), limit);
+  struct Observer : LcUPageOutObserver {
+    int32_t OnPageOutBegin() override { return 0; }
+    void OnPageOutEnd(int32_t result) override { results.push_back(result); }
+    std::vector<int32_t> results;
+  } observer;
+  LcUPage::AddObserver(&observer);
+  uint8_t out[8];
+  engine->PrepareRead(file, 20 * B, sizeof out);
+  ASSERT_EQ(0, engine->Read(file, LcUFileURLImpl::eBLOCKING, 20 * B, out, sizeof out));
+  LcUPage::RemoveObserver(&observer);
+  EXPECT_LT(LcUMemory::GetTotalBytes(), limit);
+  ASSERT_FALSE(observer.results.empty());
+  EXPECT_EQ(LcUPage::eSUCCEEDED, observer.results.front());
+  EXPECT_EQ(0, std::memcmp(out, data.data() + 20 * B, sizeof out));
+  LcUMemory::Free(other, 30 * B, 16);
+  LcUPage::SetAllocLimit(0);
+  engine->Close(file);
 }

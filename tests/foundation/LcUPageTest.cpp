@@ -33,6 +33,12 @@ const LcUPage::Machine kMachine = {
     },
     [] { return figures.allocator; }};
 
+size_t Count(const std::string& text, const char* piece) {
+  size_t n = 0;
+  for (size_t at = text.find(piece); at != std::string::npos; at = text.find(piece, at + 1)) ++n;
+  return n;
+}
+
 std::string Log() {
   std::string text;
   LcUSysError::ReplayLog([](const char* piece, void* target) { static_cast<std::string*>(target)->append(piece); },
@@ -181,7 +187,10 @@ TEST_F(LcUPageTest, PassesStopAtTheCapAndSkipFinishedPageOuts) {
   LcUPage::AddPageOut(&once);
   RecordingObserver observer;
   LcUPage::AddObserver(&observer);
+  size_t usageLines = Count(Log(), "Process memory (MB):");
   EXPECT_EQ(LcUPage::CheckLimits(), LcUPage::eFAILED);
+  // A failure logs the memory figures; a success doesn't.
+  EXPECT_EQ(Count(Log(), "Process memory (MB):"), usageLines + 1);
   EXPECT_EQ(never.passes, (std::vector<int32_t>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9}));
   EXPECT_EQ(once.passes, std::vector<int32_t>{0});
   EXPECT_EQ(observer.ends, std::vector<int32_t>{2});
@@ -193,7 +202,9 @@ TEST_F(LcUPageTest, PassesStopAtTheCapAndSkipFinishedPageOuts) {
   LcUPage::ClearOutOfMemory();
   // 30 MB down to the low threshold of 16 MB, 6 MB a call: enough in pass 2.
   never.freesPerCall = 6 * MB;
+  usageLines = Count(Log(), "Process memory (MB):");
   EXPECT_EQ(LcUPage::CheckLimits(), LcUPage::eSUCCEEDED);
+  EXPECT_EQ(Count(Log(), "Process memory (MB):"), usageLines);
   EXPECT_EQ(observer.ends, (std::vector<int32_t>{2, 1}));
   EXPECT_NE(Log().find("Page out succeeded after pass 2\n"), std::string::npos);
   LcUPage::RemovePageOut(&never);
@@ -296,9 +307,31 @@ TEST_F(LcUPageTest, TheProcessIsAskedOnlyAfterRealMovement) {
   figures.allocator = 12 * MB;
   LcUPage::CheckLimits();
   EXPECT_EQ(figures.processQueries, 1);
+  // Moving by the margin exactly is no movement.
+  figures.allocator = 15 * MB;
+  LcUPage::CheckLimits();
+  EXPECT_EQ(figures.processQueries, 1);
   figures.allocator = 16 * MB;
   LcUPage::CheckLimits();
   EXPECT_EQ(figures.processQueries, 2);
+}
+
+TEST_F(LcUPageTest, AProcessPastItsLimitPagesOutThenClampsTheAllocator) {
+  LcUPage::SetExternalProcessLimit(200 * MB);
+  ScriptedPageOut pageOut({0}, 1 * MB);
+  LcUPage::AddPageOut(&pageOut);
+  // The hard-limit progress reads the process's use: freed units bring it down.
+  figures.process = 250 * MB;
+  figures.allocator = 60 * MB;
+  int calls = 0;
+  pageOut.onCall = [&] {
+    if (++calls == 3) figures.process = 100 * MB;
+  };
+  EXPECT_EQ(LcUPage::PageOut(0, 0, nullptr), LcUPage::eSUCCEEDED);
+  EXPECT_EQ(calls, 3);
+  EXPECT_TRUE(LcUPage::IsLimitClamped());
+  EXPECT_EQ(LcUPage::GetAllocLimit(), 57 * MB);
+  LcUPage::RemovePageOut(&pageOut);
 }
 
 TEST_F(LcUPageTest, TheSoftLimitDecidesWhenTheAllocLimitResets) {

@@ -1,38 +1,16 @@
 #include "environment/LcUSysTime.h"
 
+#include "environment/LcUCivilTime.h"
+
 namespace {
-constexpr int64_t kSecondsPerDay = 86400;
-
-// Days since 1970-01-01 of a proleptic Gregorian date, and back.
-int64_t DaysFromCivil(int64_t year, int64_t month, int64_t day) {
-  year -= month <= 2;
-  int64_t era = (year >= 0 ? year : year - 399) / 400;
-  int64_t yearOfEra = year - era * 400;
-  int64_t dayOfYear = (153 * (month + (month > 2 ? -3 : 9)) + 2) / 5 + day - 1;
-  int64_t dayOfEra = yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear;
-  return era * 146097 + dayOfEra - 719468;
-}
-
-void CivilFromDays(int64_t days, int64_t& year, int64_t& month, int64_t& day) {
-  days += 719468;
-  int64_t era = (days >= 0 ? days : days - 146096) / 146097;
-  int64_t dayOfEra = days - era * 146097;
-  int64_t yearOfEra = (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
-  int64_t dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
-  int64_t shifted = (5 * dayOfYear + 2) / 153;
-  day = dayOfYear - (153 * shifted + 2) / 5 + 1;
-  month = shifted < 10 ? shifted + 3 : shifted - 9;
-  year = yearOfEra + era * 400 + (month <= 2);
-}
-
 // The span the Windows C runtime's UTC conversions cover, both ways.
-const int64_t kLatest = DaysFromCivil(3001, 1, 1) * kSecondsPerDay - 1;
+const int64_t kLatest = LcUCivilTime{3001, 1, 1, 0, 0, 0}.ToSeconds() - 1;
 
 // 'd' is a digit, anything else itself.
 constexpr char kLayout[] = "dddd-dd-ddTdd:dd:dd";
 
-inline int64_t Field(const char16_t* text, int offset, int width) {
-  int64_t value = 0;
+inline int32_t Field(const char16_t* text, int offset, int width) {
+  int32_t value = 0;
   for (int i = 0; i < width; ++i) value = value * 10 + (text[offset + i] - u'0');
   return value;
 }
@@ -50,11 +28,13 @@ bool LcUSysTime::ParseISOTime(const char16_t* text, int64_t& out) {
     if (kLayout[i] == 'd' ? (c < u'0' || c > u'9') : c != char16_t(kLayout[i])) return false;
   }
   if (text[eISO_TIME_UNITS]) return false;
-  int64_t year = Field(text, 0, 4), month = Field(text, 5, 2), day = Field(text, 8, 2);
-  int64_t hour = Field(text, 11, 2), minute = Field(text, 14, 2), second = Field(text, 17, 2);
-  if (month < 1 || month > 12 || day < 1 || day > 31 || hour > 23 || minute > 59 || second > 61) return false;
+  LcUCivilTime fields{Field(text, 0, 4),  Field(text, 5, 2),  Field(text, 8, 2),
+                      Field(text, 11, 2), Field(text, 14, 2), Field(text, 17, 2)};
+  if (fields.month < 1 || fields.month > 12 || fields.day < 1 || fields.day > 31 || fields.hour > 23 ||
+      fields.minute > 59 || fields.second > 61)
+    return false;
   // Day 31 of a short month and seconds 60 and 61 carry into what follows.
-  int64_t time = (DaysFromCivil(year, month, 1) + day - 1) * kSecondsPerDay + hour * 3600 + minute * 60 + second;
+  int64_t time = fields.ToSeconds();
   if (time < 0 || time > kLatest) return false;
   out = time;
   return true;
@@ -62,17 +42,15 @@ bool LcUSysTime::ParseISOTime(const char16_t* text, int64_t& out) {
 
 bool LcUSysTime::FormatISOTime(int64_t time, LcUString& out) {
   if (time < 0 || time > kLatest) return false;
-  int64_t year, month, day;
-  CivilFromDays(time / kSecondsPerDay, year, month, day);
-  int64_t second = time % kSecondsPerDay;
+  LcUCivilTime fields = LcUCivilTime::FromSeconds(time);
   char16_t text[eISO_TIME_UNITS + 1];
   for (int i = 0; i <= eISO_TIME_UNITS; ++i) text[i] = char16_t(kLayout[i]);
-  PutDigits(text, 0, 4, year);
-  PutDigits(text, 5, 2, month);
-  PutDigits(text, 8, 2, day);
-  PutDigits(text, 11, 2, second / 3600);
-  PutDigits(text, 14, 2, second / 60 % 60);
-  PutDigits(text, 17, 2, second % 60);
+  PutDigits(text, 0, 4, fields.year);
+  PutDigits(text, 5, 2, fields.month);
+  PutDigits(text, 8, 2, fields.day);
+  PutDigits(text, 11, 2, fields.hour);
+  PutDigits(text, 14, 2, fields.minute);
+  PutDigits(text, 17, 2, fields.second);
   out.Assign(text, eISO_TIME_UNITS);
   return true;
 }

@@ -148,6 +148,14 @@ TEST_F(LcUSysLocaleTest, SeparatorsNeedRoomForTheTerminator) {
   EXPECT_FALSE(LcUSysLocale::GetListSeparator(nullptr, 6));
 }
 
+TEST(LcUSysLocaleComponent, StartsTheRegistryItReadsAndStopsIt) {
+  int32_t before = LcURegistry::component.initCount;
+  LcUSysLocale::Initialize();
+  EXPECT_EQ(LcURegistry::component.initCount, before + 1);
+  LcUSysLocale::Terminate();
+  EXPECT_EQ(LcURegistry::component.initCount, before);
+}
+
 struct Order {
   const char* a;
   const char* b;
@@ -175,6 +183,8 @@ TEST(LcUSysLocaleCompare, NaturalOrderTable) {
       {"x1", "x", false, 1},
       {"x1", "xa", false, -1},  // ...and in plain order against a letter
       {"x1", "xA", false, -1},
+      {"x1", "xz", false, -1},
+      {"x1", "xZ", false, -1},
       {"x_", "x.", false, 1},  // two others, or two letters: plain order
       {"x~", "xa", false, -1},  // other characters before letters, so the order stays transitive
       {"x_", "xA", false, -1},

@@ -105,6 +105,14 @@ TEST_F(LcUSysLocalePosix, NumberConventionsOfTheNumericLocale) {
     EXPECT_EQ(Narrow(text), c.list) << c.numeric;
     EXPECT_EQ(LcUSysLocale::GetFractionalDigits(), 2);
   }
+  // Read once: a change afterwards is seen only after a restart.
+  environment.Set("LC_NUMERIC", "de_DE.UTF-8");
+  char16_t text[LcUSysLocale::eSEPARATOR_UNITS + 1];
+  ASSERT_TRUE(LcUSysLocale::GetDecimalSeparator(text, 6));
+  EXPECT_EQ(Narrow(text), ".");
+  Restart();
+  ASSERT_TRUE(LcUSysLocale::GetDecimalSeparator(text, 6));
+  EXPECT_EQ(Narrow(text), ",");
 }
 
 TEST_F(LcUSysLocalePosix, DateAndTimeTextsInTheTimeLocale) {

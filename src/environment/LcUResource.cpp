@@ -3,6 +3,7 @@
 #include "environment/LcUResourceTable.h"
 #include "environment/LcUSession.h"
 #include "environment/LcUSysFile.h"
+#include "environment/LcUSysLocale.h"
 #include "foundation/LcUError.h"
 #include "foundation/LcUSysError.h"
 
@@ -18,6 +19,7 @@ bool LcUResource::Initialize() {
   LcUString::Initialize();
   LcUError::Initialize();
   LcUSession::Initialize();
+  LcUSysLocale::Initialize();
   return true;
 }
 
@@ -25,6 +27,7 @@ void LcUResource::Terminate() {
   if (LcUSysError::UnregisterComponent(&component) != 1) return;
   LcUResourceTable::Clear();
   for (LcUString& dir : searchDirs) dir.Free();
+  LcUSysLocale::Terminate();
   LcUSession::Terminate();
   LcUError::Terminate();
   LcUString::Terminate();

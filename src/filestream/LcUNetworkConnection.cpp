@@ -1,24 +1,27 @@
 #include "filestream/LcUNetworkConnection.h"
 
+#include "environment/LcUTime.h"
 #include "filestream/LcUSizedObject.h"
 #include "filestream/LcUSysNetwork.h"
 #include "foundation/LcUMemory.h"
 #include "foundation/LcUSysError.h"
-#include "foundation/LcUSysErrorPlatform.h"
 
 LcUComponent LcUNetworkConnection::component;
 
 namespace {
 LcUNetworkConnection* instance = nullptr;
 
-uint64_t PlatformTick() {
-  return LcUSysErrorPlatform::TickCount();
+uint64_t Milliseconds() {
+  uint64_t tick = 0;
+  LcUTime::Now(tick);
+  return uint64_t(double(tick) * LcUTime::GetSecondsPerTick() * 1000);
 }
 }  // namespace
 
 bool LcUNetworkConnection::Initialize() {
   if (LcUSysError::RegisterComponent(&component, "LcUNetworkConnection") != 1) return true;
   LcUMemory::Initialize();
+  LcUTime::Initialize();
   LcUSysNetwork::Initialize();
   instance = LcUSizedObject::New<LcUNetworkConnection>(&LcUSysNetwork::IsNetworkUp);
   return instance != nullptr;
@@ -28,6 +31,7 @@ void LcUNetworkConnection::Terminate() {
   if (LcUSysError::UnregisterComponent(&component) != 1) return;
   LcUSizedObject::Delete(instance);
   LcUSysNetwork::Terminate();
+  LcUTime::Terminate();
   LcUMemory::Terminate();
 }
 
@@ -36,7 +40,7 @@ LcUNetworkConnection* LcUNetworkConnection::GetInstance() {
 }
 
 LcUNetworkConnection::LcUNetworkConnection(TestFunction test, Clock clock)
-    : test(test), clock(clock ? clock : &PlatformTick) {}
+    : test(test), clock(clock ? clock : &Milliseconds) {}
 
 bool LcUNetworkConnection::IsUp() {
   lock.Lock();

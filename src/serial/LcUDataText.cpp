@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "environment/LcURegistry.h"
-#include "serial/LcUCivilTime.h"
+#include "environment/LcUCivilTime.h"
 #include "serial/LcUData.h"
 #include "serial/LcUName.h"
 #include "serial/LcUStreamText.h"

@@ -1,4 +1,4 @@
-#include "serial/LcUCivilTime.h"
+#include "environment/LcUCivilTime.h"
 #include "serial/LcUName.h"
 #include "serial/LcUNameTable.h"
 #include "serial/LcUXMLDOMStream.h"

@@ -5,6 +5,7 @@
 
 #include "ResourceTest.h"
 #include "environment/LcUResourceSectionHandle.h"
+#include "environment/LcUSysLocale.h"
 
 using namespace EnvironmentTesting;
 
@@ -16,6 +17,9 @@ class LcUResourceFiles : public ResourceTest {
 protected:
   void SetUp() override {
     ResourceTest::SetUp();
+    // Two languages to walk, the regional one first, whatever the machine's.
+    LcUSysLocale::SetOverrideLanguage(u"de-AT");
+    LcUSysLocale::GetLanguage(0);
     for (int index = 0; index < LcUResource::eDIR_COUNT; ++index) {
       LcUString dir = Dir(index);
       ASSERT_TRUE(LcUSysFile::CreateDirectories(dir.Get()));
@@ -95,26 +99,26 @@ TEST_F(LcUResourceFiles, InheritedHitMakesItsTargetAFolder) {
 }
 
 TEST_F(LcUResourceFiles, LanguageOutranksDirectory) {
-  LcUString first = Put(LcUResource::eDIR_INSTALL, u"en-US/loc.txt");
-  Put(LcUResource::eDIR_USER, u"en/loc.txt");
+  LcUString first = Put(LcUResource::eDIR_INSTALL, u"de-AT/loc.txt");
+  Put(LcUResource::eDIR_USER, u"de-DE/loc.txt");
   LcUString out, language;
   ASSERT_TRUE(LcUResource::FindLocalisedDataFile(nullptr, u"loc.txt", out, 0x3F));
   EXPECT_EQ(Canon(out), Canon(first));
-  Put(LcUResource::eDIR_SITE, u"en/sub/deep.txt");
+  Put(LcUResource::eDIR_SITE, u"de-DE/sub/deep.txt");
   ASSERT_TRUE(LcUResource::FindLocalisedDataFile(u"sub", u"deep.txt", out, kAll));
   EXPECT_TRUE(LcUResource::FindLanguageOfFile(u"loc.txt", language));
-  EXPECT_EQ(Narrow(language), "en-US");
-  Put(LcUResource::eDIR_PROJECT, u"en/only.txt");
+  EXPECT_EQ(Narrow(language), "de-AT");
+  Put(LcUResource::eDIR_PROJECT, u"de-DE/only.txt");
   EXPECT_TRUE(LcUResource::FindLanguageOfFile(u"only.txt", language));
-  EXPECT_EQ(Narrow(language), "en");
-  Put(LcUResource::eDIR_USER_APP_SHARED, u"en-US/shared.txt");
+  EXPECT_EQ(Narrow(language), "de-DE");
+  Put(LcUResource::eDIR_USER_APP_SHARED, u"de-AT/shared.txt");
   EXPECT_FALSE(LcUResource::FindLanguageOfFile(u"shared.txt", language)) << "the shared folder is left out";
 }
 
 TEST_F(LcUResourceFiles, LocalisedFileOfOneFolder) {
   LcUString folder = In(u"res"), path, found, out(u"stale");
-  LcUSysFile::Join3(folder.Get(), u"en", u"strings.txt", path);
-  ASSERT_TRUE(LcUSysFile::CreateDirectories(In(u"res/en").Get()));
+  LcUSysFile::Join3(folder.Get(), u"de-DE", u"strings.txt", path);
+  ASSERT_TRUE(LcUSysFile::CreateDirectories(In(u"res/de-DE").Get()));
   ASSERT_TRUE(WriteFile(path, "x"));
   size_t before = LogText().size();
   ASSERT_TRUE(LcUResource::FindLocalisedFile(folder.Get(), u"strings.txt", found));
@@ -124,9 +128,9 @@ TEST_F(LcUResourceFiles, LocalisedFileOfOneFolder) {
   EXPECT_TRUE(out.IsEmpty());
   EXPECT_EQ(LcUResource::LoadLocalisedLibrary(u"none", folder.Get()), nullptr);
   LcUString notALibrary;
-  LcUSysFile::SetExtension(In(u"res/en/fake").Get(), u"dll", notALibrary);
+  LcUSysFile::SetExtension(In(u"res/de-DE/fake").Get(), u"dll", notALibrary);
   WriteFile(notALibrary, "not a library");
-  LcUSysFile::SetExtension(In(u"res/en/fake").Get(), u"so", notALibrary);
+  LcUSysFile::SetExtension(In(u"res/de-DE/fake").Get(), u"so", notALibrary);
   WriteFile(notALibrary, "not a library");
   EXPECT_EQ(LcUResource::LoadLocalisedLibrary(u"fake", folder.Get()), nullptr);
 }
@@ -160,15 +164,15 @@ TEST_F(LcUResourceFiles, SectionGivesEachNameOnceFromTheLowestIndex) {
 
 TEST_F(LcUResourceFiles, NameFolderFirstLanguageWins) {
   LcUString folder = In(u"names");
-  for (const char* part : {"en-US", "en"})
+  for (const char* part : {"de-AT", "de-DE"})
     ASSERT_TRUE(LcUSysFile::CreateDirectories(In(Wide(std::string("names/") + part).Get()).Get()));
-  WriteFile(In(u"names/en-US/a.name"), "k=us\n");
-  WriteFile(In(u"names/en/a.name"), "k=en\nonly.en=no\n");
-  WriteFile(In(u"names/en/b.NAME"), "j=${k}\n");
-  WriteFile(In(u"names/en/c.txt"), "t=text\n");
+  WriteFile(In(u"names/de-AT/a.name"), "k=us\n");
+  WriteFile(In(u"names/de-DE/a.name"), "k=en\nonly.en=no\n");
+  WriteFile(In(u"names/de-DE/b.NAME"), "j=${k}\n");
+  WriteFile(In(u"names/de-DE/c.txt"), "t=text\n");
   LcUResource::LoadNameFolder(folder.Get(), "pre.");
   EXPECT_EQ(Text("pre.k"), "us");
-  EXPECT_EQ(Text("pre.only.en"), "<absent>") << "en's a.name is not read";
+  EXPECT_EQ(Text("pre.only.en"), "<absent>") << "de-DE's a.name is not read";
   EXPECT_EQ(Text("pre.j"), "${k}");
   EXPECT_EQ(Text("pre.t"), "<absent>");
   LcUResource::LoadNameFolder(In(u"nowhere").Get(), nullptr);

@@ -1,4 +1,4 @@
-#include "serial/LcUCivilTime.h"
+#include "environment/LcUCivilTime.h"
 
 namespace {
 // Days from 1970-01-01 to a date, and back; months from March so that the

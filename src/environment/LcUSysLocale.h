@@ -38,9 +38,8 @@ public:
   // Under the "C" character-type locale, takes the user's locale whole.
   static void SetUserLocale();
 
-  // Digit runs compare as numbers, those with a leading zero as fractions;
-  // a digit sorts after other characters but before letters, and those
-  // other characters before letters. Returns -1, 0 or 1.
+  // Digit runs compare as numbers, those with a leading zero as fractions.
+  // Returns -1, 0 or 1.
   static int32_t CompareNatural(const char16_t* a, const char16_t* b, bool ignoreCase);
 
 private:

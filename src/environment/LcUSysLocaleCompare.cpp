@@ -16,22 +16,20 @@ inline int32_t Sign(char16_t c, char16_t d) {
   return c < d ? -1 : 1;
 }
 
-// The end, other characters, digits, letters: a digit sorts after any
-// character that is neither digit nor letter and, as in plain order, before
-// every letter. Ranking the others below letters too keeps the order
-// transitive: "1" > "~" and "~" > "x" by plain order would make a circle
-// with "x" > "1".
-enum Rank { eEND, eOTHER, eDIGIT, eLETTER };
-
-inline Rank RankOf(char16_t c) {
-  return !c ? eEND : IsDigit(c) ? eDIGIT : IsLetter(c) ? eLETTER : eOTHER;
+// A digit against anything else: plain order against a letter, otherwise
+// the digit sorts after (so "a1" follows "a_" and "a").
+int32_t DigitAgainst(char16_t digit, char16_t other, bool ignoreCase) {
+  if (!IsLetter(other)) return 1;
+  if (ignoreCase) other = LcUString::ToLowerUnit(other);
+  return Sign(digit, other);
 }
 }  // namespace
 
 int32_t LcUSysLocale::CompareNatural(const char16_t* a, const char16_t* b, bool ignoreCase) {
   for (;;) {
     char16_t c = *a, d = *b;
-    if (IsDigit(c) && IsDigit(d)) {
+    bool cDigit = IsDigit(c), dDigit = IsDigit(d);
+    if (cDigit && dDigit) {
       if (c == u'0' || d == u'0') {
         // Fractions: digit by digit while both runs last.
         for (; IsDigit(*a) && IsDigit(*b); ++a, ++b)
@@ -49,14 +47,13 @@ int32_t LcUSysLocale::CompareNatural(const char16_t* a, const char16_t* b, bool 
         if (*a != *b) return Sign(*a, *b);
       continue;
     }
+    if (cDigit) return DigitAgainst(c, d, ignoreCase);
+    if (dDigit) return -DigitAgainst(d, c, ignoreCase);
     if (ignoreCase) {
       c = LcUString::ToLowerUnit(c);
       d = LcUString::ToLowerUnit(d);
     }
-    if (c != d) {
-      Rank cRank = RankOf(c), dRank = RankOf(d);
-      return cRank == dRank ? Sign(c, d) : cRank < dRank ? -1 : 1;
-    }
+    if (c != d) return Sign(c, d);
     if (!c) return 0;
     ++a;
     ++b;

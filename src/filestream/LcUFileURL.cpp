@@ -24,7 +24,8 @@ bool LcUFileURL::Initialize() {
   bool started = LcUString::Initialize() && LcUOption::Initialize() && LcULocalFileProtocol::Initialize() &&
                  LcUPage::Initialize() && LcUActionQueue::Initialize() && LcUNetworkConnection::Initialize();
   engine = new LcUFileURLImpl(cacheMode);
-  LcUOption::DefineInt32(kCacheModePath, cacheMode);
+  // Level 1, not offered to users.
+  LcUOption::DefineInt32(kCacheModePath, cacheMode, 1, 8);
   LcUOption::TryGetInt32(kCacheModePath, cacheMode);
   return started && engine;
 }

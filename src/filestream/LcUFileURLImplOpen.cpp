@@ -41,7 +41,8 @@ LcUFileURLFile* LcUFileURLImpl::FindExisting(const char16_t* url, uint32_t flags
   LcUFileURLFile* file = *found;
   bool matches = file->flags == flags || (file->flags == (LcUFileURLFile::eOPEN_READ | LcUFileURLFile::eOPEN_TEMPORARY) &&
                                           flags == LcUFileURLFile::eOPEN_READ);
-  if (!matches || file->openFailed) return nullptr;
+  // While an open is pending, its outcome belongs to the worker.
+  if (!matches || (!file->record.action && file->openFailed)) return nullptr;
   if (file->record.action) file->record.action->cancelled = false;
   ++file->refs;
   while (wait && file->record.action)

@@ -4,7 +4,9 @@
 #include "foundation/LcUPage.h"
 #include "foundation/LcUPageOutObserver.h"
 #include "foundation/LcUPageOutProgress.h"
+#include "options/LcUExOptionSet.h"
 #include "options/LcUOption.h"
+#include "options/LcUOptionLock.h"
 
 namespace {
 class FileURLMemory : public FileURLTest {
@@ -106,6 +108,39 @@ TEST_F(FileURLMemory, TheComponentDefinesItsCacheModeOption) {
   ASSERT_TRUE(LcUFileURL::Initialize());
   engine = LcUFileURL::GetInstance();
   ASSERT_TRUE(LcUFileProtocolRegistry::GetInstance()->Register(u"rtest", protocol));
+  LcUOption::Terminate();
+}
+
+// A saved mode takes effect at the start after the one that defined it.
+TEST_F(FileURLMemory, ASavedCacheModeTellsFromTheNextStart) {
+  ASSERT_TRUE(LcUOption::Initialize());
+  {
+    LcUOptionLock lock;
+    int32_t i = -1;
+    LcUOptionSet* set = LcUOption::FindOption(LcUOption::GetPresentRoot(), kModePath, i);
+    ASSERT_GE(i, 0);
+    EXPECT_EQ(1, set->GetLevel(i));
+    EXPECT_EQ(8u, set->GetDefineFlags(i));
+  }
+  LcUExOptionSet* saved = new LcUExOptionSet;
+  saved->AddRef();
+  LcUOption::DefineInt32(saved, kModePath, 2);
+  LcUOption::SetSavedOptions(saved);
+  Restart();
+  int32_t mode = -1;
+  ASSERT_TRUE(LcUOption::TryGetInt32(kModePath, mode));
+  EXPECT_EQ(2, mode);
+  EXPECT_EQ(!LcUPage::IsAddressSpaceBound(), engine->IsOwnCaching()) << "built before the option was read";
+  Restart();
+  EXPECT_FALSE(engine->IsOwnCaching());
+  // The mode lives on from start to start; a saved 0 brings it back.
+  LcUOption::SetInt32(saved, kModePath, 0);
+  LcUOption::SetSavedOptions(saved);
+  Restart();
+  Restart();
+  EXPECT_EQ(!LcUPage::IsAddressSpaceBound(), engine->IsOwnCaching());
+  LcUOption::SetSavedOptions(nullptr);
+  saved->Release();
   LcUOption::Terminate();
 }
 

@@ -117,7 +117,9 @@ TEST_F(FileURLRead, ThreeAttemptsThenDownloadErrorAndPrepareStartsAgain) {
   EXPECT_EQ(0, engine->Read(file, LcUFileURLImpl::eBLOCKING, 0, out, sizeof out));
   EXPECT_EQ(0, std::memcmp(out, remoteData.data(), sizeof out));
   EXPECT_EQ(7, protocol->CountReads(0));
-  EXPECT_EQ(1, protocol->CountReads(B));
+  // Block 1 travels alone or with block 0 in one combined request, as the
+  // scheduler happens to meet the two prepares.
+  EXPECT_LE(protocol->CountReads(B), 1);
   engine->Close(file);
   EXPECT_EQ(0, protocol->OpenRequests());
 }

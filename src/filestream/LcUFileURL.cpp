@@ -1,6 +1,7 @@
 #include "filestream/LcUFileURL.h"
 
 #include "filestream/LcUFileURLImpl.h"
+#include "filestream/LcUHttpFileProtocol.h"
 #include "filestream/LcULocalFileProtocol.h"
 #include "filestream/LcUNetworkConnection.h"
 #include "options/LcUOption.h"
@@ -22,7 +23,7 @@ const char* const kCacheModePath = "general.file_streaming.cache_mode";
 bool LcUFileURL::Initialize() {
   if (LcUSysError::RegisterComponent(&component, "LcUFileURL") != 1) return true;
   bool started = LcUString::Initialize() && LcUOption::Initialize() && LcULocalFileProtocol::Initialize() &&
-                 LcUPage::Initialize() && LcUActionQueue::Initialize() && LcUNetworkConnection::Initialize();
+                 LcUHttpFileProtocol::Initialize() && LcUPage::Initialize() && LcUActionQueue::Initialize() && LcUNetworkConnection::Initialize();
   engine = new LcUFileURLImpl(cacheMode);
   // Level 1, not offered to users.
   LcUOption::DefineInt32(kCacheModePath, cacheMode, 1, 8);
@@ -37,6 +38,7 @@ void LcUFileURL::Terminate() {
   LcUNetworkConnection::Terminate();
   LcUActionQueue::Terminate();
   LcUPage::Terminate();
+  LcUHttpFileProtocol::Terminate();
   LcULocalFileProtocol::Terminate();
   LcUOption::Undefine(kCacheModePath);
   LcUOption::Terminate();

@@ -131,7 +131,7 @@ class Nginx:
 
 class Rules:
     """Proxy faults: a list of objects, each with optional match keys
-    (method, path: a substring) and effects; "times" limits a rule to its
+    (method; path and range: substrings) and effects; "times" limits a rule to its
     first matches."""
 
     def __init__(self):
@@ -139,7 +139,7 @@ class Rules:
         self.used = {}
         self.text = ""
 
-    def pick(self, method, target):
+    def pick(self, method, target, rng):
         try:
             with open(path("rules.json")) as f:
                 text = f.read()
@@ -151,6 +151,8 @@ class Rules:
                 self.text, self.used = text, {}
             for i, rule in enumerate(rules):
                 if rule.get("method", method) != method or rule.get("path", "") not in target:
+                    continue
+                if rule.get("range", "") not in rng:
                     continue
                 if "times" in rule and self.used.get(i, 0) >= rule["times"]:
                     continue
@@ -220,7 +222,7 @@ class Proxy:
             with self.lock:
                 active = self.active
             self.log.write(f'{method} "{target}" "{rng}" {active}\n')
-            rule = self.rules.pick(method, target)
+            rule = self.rules.pick(method, target, rng)
             if rule.get("ignore_range"):
                 headers = [h for h in headers if not h.lower().startswith("range:")]
             if upstream is None:

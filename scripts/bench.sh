@@ -10,13 +10,14 @@
 #   allocation limit against none, natural ordering against strverscmp and
 #   ICU, ISO times against strptime/timegm and gmtime_r/strftime, and the
 #   Veerback's round trip in hostsim against the bare round trip, natively
-#   and under Wine.
+#   and under Wine, and files over HTTP from nginx against one libcurl GET and
+#   GDAL's /vsicurl/, on loopback and with 20 ms added to every answer.
 set -eu
 cd "$(dirname "$0")/.."
 scripts/setup.sh
 cmake --preset linux >/dev/null
 cmake --build --preset linux --target bench_utf bench_stream bench_stream_objects bench_xml bench_json bench_geometry \
-  bench_memory bench_name_table bench_registry bench_url bench_options bench_page_out bench_locale_time bench_veerback twveerbackglf hostsim veerback >/dev/null
+  bench_memory bench_name_table bench_registry bench_url bench_options bench_page_out bench_locale_time bench_http bench_veerback twveerbackglf hostsim veerback >/dev/null
 cmake --preset windows >/dev/null
 cmake --build --preset windows --target bench_veerback twveerbackglf hostsim veerback >/dev/null
 
@@ -28,6 +29,8 @@ for bench in build/linux/bench/bench_utf build/linux/bench/bench_stream build/li
   echo "== $(basename "$bench")"
   "$bench" --benchmark_min_time=0.5
 done
+echo "== bench_http"
+build/linux/bench/bench_http
 
 . scripts/hostsim-lib.sh
 rounds=${ROUNDS:-1000}

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <thread>
@@ -93,6 +94,12 @@ void TestHttpServer::Serve(const std::string& name, const std::vector<uint8_t>& 
   }
   std::remove(Local("www/" + name).c_str());
   std::rename(temporary.c_str(), Local("www/" + name).c_str());
+}
+
+bool TestHttpServer::Link(const std::string& name, const std::string& existing) const {
+  std::error_code error;
+  std::filesystem::create_hard_link(Local("www/" + existing), Local("www/" + name), error);
+  return !error;
 }
 
 void TestHttpServer::SetRules(const std::string& json) const {

@@ -30,6 +30,8 @@ public:
   std::u16string Url(const std::string& name, Route route = eDIRECT) const;
   // The file's bytes, served from now on.
   void Serve(const std::string& name, const std::vector<uint8_t>& bytes) const;
+  // Another name for a served file, without a copy of its bytes.
+  bool Link(const std::string& name, const std::string& existing) const;
   // Rules of the proxy as a JSON array (see testhttpd.py); "[]" for none.
   void SetRules(const std::string& json) const;
   // nginx writes a line once its answer has gone, so a test that has its

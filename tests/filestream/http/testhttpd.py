@@ -189,12 +189,13 @@ class Proxy:
 
     @staticmethod
     def read_exact(sock, count, buffered):
-        while len(buffered) < count:
+        body = bytearray(buffered)
+        while len(body) < count:
             data = sock.recv(1 << 20)
             if not data:
                 break
-            buffered += data
-        return buffered[:count], buffered[count:]
+            body += data
+        return bytes(body[:count]), bytes(body[count:])
 
     def serve(self, client):
         with self.lock:

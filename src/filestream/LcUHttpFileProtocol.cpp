@@ -8,10 +8,13 @@
 #include "foundation/LcUError.h"
 
 namespace {
+thread_local uint32_t lastInfoStatus = 0;
 LcUHttpFileProtocol::CredentialCallback credentialCallback = &LcUHttpFileProtocol::DefaultCredentials;
 
 bool IsSecure(const LcUURL& url) { return LcUString::CompareNoCase(url.GetParts().scheme.Get(), u"https") == 0; }
 }  // namespace
+
+uint32_t LcUHttpFileProtocol::GetLastInfoStatus() { return lastInfoStatus; }
 
 void LcUHttpFileProtocol::SetCredentialCallback(CredentialCallback callback) { credentialCallback = callback; }
 
@@ -102,6 +105,7 @@ LcUHttpFileProtocol::Answer LcUHttpFileProtocol::ReadAnswer(void* request, void*
       LcUError::LogF(u"LcUHttpFileProtocol::GetFileInfo HttpQueryInfo Status Code Full Headers: %s\n", raw.Get());
       return eANSWER_FAILED;
     }
+    lastInfoStatus = status;
     if (status != 502 || resent == eBAD_GATEWAY_RETRIES) break;
     if (!LcUSysHttp::SendRequest(request, nullptr, nullptr, 0, error)) return eANSWER_FAILED;
     LcUSysHttp::QueryRawHeaders(request, raw);
@@ -139,7 +143,11 @@ LcUHttpFileProtocol::Answer LcUHttpFileProtocol::ReadAnswer(void* request, void*
 
 bool LcUHttpFileProtocol::GetFileInfo(const char16_t* text, LcUFileMetaData& metadata, const char16_t* extraHeaders,
                                       InfoMode mode) {
-  if (metadataCache.Lookup(text, metadata)) return true;
+  if (metadataCache.Lookup(text, metadata)) {
+    lastInfoStatus = 200;
+    return true;
+  }
+  lastInfoStatus = 0;
   LcUURL url(text, false);
   if (!url.IsValid()) return false;
   url.Normalise();

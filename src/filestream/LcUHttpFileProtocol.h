@@ -31,6 +31,10 @@ public:
   LcUHttpFileProtocol() = default;
   ~LcUHttpFileProtocol() override;
 
+  // The status of the last answer GetFileInfo had on this thread, 0 when
+  // no server answered: what tells a missing file from an absent server.
+  static uint32_t GetLastInfoStatus();
+
   bool OpenInetHandle();
   // For the connections made after it; a stalled server fails in bounded time.
   void SetTimeouts(uint32_t connectMs, uint32_t receiveMs);

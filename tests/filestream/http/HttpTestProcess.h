@@ -8,6 +8,9 @@ class HttpTestProcess {
 public:
   // Starts a program without waiting for it; false if it can't start.
   static bool Start(const std::vector<std::string>& arguments);
+  // Runs a program of this platform to its end, its output and errors into
+  // the files named; its exit code, or -1 if it can't start.
+  static int Run(const std::vector<std::string>& arguments, const std::string& output, const std::string& errors);
   // A Linux path as this program opens it.
   static std::string LocalPath(const std::string& linuxPath);
   static int ProcessId();

@@ -18,7 +18,6 @@ protected:
     http = static_cast<LcUHttpFileProtocol*>(LcUFileProtocolRegistry::GetInstance()->Find(u"http"));
     ASSERT_NE(nullptr, http);
     ASSERT_EQ("", server.Failure());
-    logStart = LogText().size();
   }
 
   void TearDown() override {
@@ -32,8 +31,11 @@ protected:
                            &text);
     return text;
   }
-  // What was logged since the test began.
-  std::string NewLog() const { return LogText().substr(logStart); }
+  // Whether the log holds text: the log keeps a window of its latest
+  // lines, so tests look for lines naming their own server's URLs.
+  static bool Logged(const std::string& text) { return LogText().find(text) != std::string::npos; }
+
+  static std::string Narrow(const std::u16string& text) { return std::string(text.begin(), text.end()); }
 
   // Proxy calls of one method.
   std::vector<TestHttpServer::ProxyCall> Calls(const std::string& method) const {
@@ -49,7 +51,6 @@ protected:
 
   TestHttpServer server;
   LcUHttpFileProtocol* http = nullptr;
-  size_t logStart = 0;
 };
 
 // A handle, a worker's connection and a request token on one URL.

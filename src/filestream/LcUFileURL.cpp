@@ -1,5 +1,6 @@
 #include "filestream/LcUFileURL.h"
 
+#include "filestream/LcUCacheManager.h"
 #include "filestream/LcUFileURLImpl.h"
 #include "filestream/LcULocalFileProtocol.h"
 #include "filestream/LcUNetworkConnection.h"
@@ -22,7 +23,8 @@ const char* const kCacheModePath = "general.file_streaming.cache_mode";
 bool LcUFileURL::Initialize() {
   if (LcUSysError::RegisterComponent(&component, "LcUFileURL") != 1) return true;
   bool started = LcUString::Initialize() && LcUOption::Initialize() && LcULocalFileProtocol::Initialize() &&
-                 LcUPage::Initialize() && LcUActionQueue::Initialize() && LcUNetworkConnection::Initialize();
+                 LcUPage::Initialize() && LcUActionQueue::Initialize() && LcUCacheManager::Initialize() &&
+                 LcUNetworkConnection::Initialize();
   engine = new LcUFileURLImpl(cacheMode);
   // Level 1, not offered to users.
   LcUOption::DefineInt32(kCacheModePath, cacheMode, 1, 8);
@@ -35,6 +37,7 @@ void LcUFileURL::Terminate() {
   delete engine;
   engine = nullptr;
   LcUNetworkConnection::Terminate();
+  LcUCacheManager::Terminate();
   LcUActionQueue::Terminate();
   LcUPage::Terminate();
   LcULocalFileProtocol::Terminate();

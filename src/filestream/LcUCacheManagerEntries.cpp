@@ -1,0 +1,66 @@
+#include "environment/LcUSysFile.h"
+#include "environment/LcUSysFileIterator.h"
+#include "filestream/LcUCacheDescription.h"
+#include "filestream/LcUCacheManager.h"
+
+namespace {
+const char16_t kDescription[] = u"data.twcacheinfo";
+const char16_t kLock[] = u"data.lock";
+}  // namespace
+
+// A link is neither followed nor counted: what it points at is not the
+// cache's.
+void LcUCacheManager::Scan(const LcUString& folder, bool withLocked, Entries& out) {
+  LcUCacheEntry entry;
+  entry.directory = folder;
+  bool described = false;
+  LcUString name, path;
+  for (LcUSysFileIterator item(folder.Get()); item.IsValid(); item.Next()) {
+    if (item.IsLink()) continue;
+    item.GetPath(path);
+    if (item.IsDirectory()) {
+      Scan(path, withLocked, out);
+      continue;
+    }
+    item.GetName(name);
+    int64_t size = 0;
+    if (LcUSysFile::GetSize(path.Get(), size)) entry.bytes += size;
+    entry.files.push_back(path);
+    if (name == LcUString(kLock)) entry.locked = true;
+    if (name != LcUString(kDescription)) continue;
+    described = true;
+    entry.descriptionPath = path;
+    int64_t accessed = 0;
+    LcUSysFile::GetTimes(path.Get(), entry.time, accessed);
+  }
+  if (described && (withLocked || !entry.locked)) out.push_back(entry);
+}
+
+bool LcUCacheManager::GetEntries(const char16_t* url, Entries& out) {
+  out.clear();
+  LcUString root, leaf, folder, dataName, uri;
+  if (!url || !GetRoot(root)) return false;
+  GetLeafFolder(url, leaf);
+  GetDataFileName(url, dataName);
+  LcUSysFile::Join(root.Get(), leaf.Get(), folder);
+  Entries found;
+  Scan(folder, true, found);
+  for (LcUCacheEntry& entry : found) {
+    LcUSysFile::Join(entry.directory.Get(), dataName.Get(), entry.dataPath);
+    int64_t size = 0;
+    if (!LcUCacheDescription::Read(entry.descriptionPath.Get(), uri, entry.info) || uri != LcUString(url) ||
+        !LcUSysFile::GetSize(entry.dataPath.Get(), size) ||
+        (entry.info.Has(LcUFileMetaData::eFILE_SIZE) && uint64_t(size) != entry.info.GetFileSize()))
+      continue;
+    out.push_back(entry);
+  }
+  return !out.empty();
+}
+
+bool LcUCacheManager::GetEntryFiles(const char16_t* url, const LcUFileMetaData& metadata, LcUString& directory,
+                                    LcUString& path) {
+  if (NameEntry(url, metadata, directory, path) && LcUSysFile::Exists(path.Get())) return true;
+  directory.Clear();
+  path.Clear();
+  return false;
+}

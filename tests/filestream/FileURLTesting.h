@@ -35,9 +35,9 @@ protected:
   void SetUp() override {
     ASSERT_TRUE(LcUSysFile::MakeTempFolder(folder));
     LcUSysFile::SetTempFolderOverride(folder.Get());
-    appInfo = new TestAppInfo(PathOf(u"appdata").c_str());
-    previousAppInfo = LcUAppInfo::SetProvider(appInfo);
     ASSERT_TRUE(LcUFileURL::Initialize());
+    appInfo = new TestAppInfo(PathOf(u"appdata").c_str());
+    InstallAppInfo();
     engine = LcUFileURL::GetInstance();
     ASSERT_NE(nullptr, engine);
     protocol = new RemoteTestProtocol(std::u16string(folder.Get()));
@@ -50,13 +50,16 @@ protected:
   void TearDown() override {
     LcUSysError::SetTraceLevel(0);
     LcUFileProtocolRegistry::GetInstance()->Unregister(u"rtest");
+    LcUAppInfo::SetProvider(previousAppInfo);
     LcUFileURL::Terminate();
     delete protocol;
-    LcUAppInfo::SetProvider(previousAppInfo);
     delete appInfo;
     LcUSysFile::SetTempFolderOverride(nullptr);
     LcUSysFile::Remove(folder.Get(), true, true);
   }
+
+  // After each start, which installs the session's.
+  void InstallAppInfo() { previousAppInfo = LcUAppInfo::SetProvider(appInfo); }
 
   static void SetNetwork(bool up) {
     LcUNetworkConnection::GetInstance()->SetTestFunction(up ? +[] { return true; } : +[] { return false; });

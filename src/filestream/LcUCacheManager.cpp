@@ -13,11 +13,15 @@
 #include "options/LcUOption.h"
 #include "serial/LcUGuid.h"
 #include "serial/LcUJsonStream.h"
+#include "serial/LcUSysCryptHash.h"
 
 LcUComponent LcUCacheManager::component;
 
 namespace {
 LcUCacheManager* instance = nullptr;
+// Each platform hash starts and stops a counted component, which is not
+// for several threads at once; entries are named on open workers too.
+LcUCriticalSection hashing;
 const int32_t kLeafLimit = 100;
 const int32_t kExtensionLimit = 16;
 
@@ -57,7 +61,7 @@ void LeafFolderName(const char16_t* url, LcUString& out) {
 bool LcUCacheManager::Initialize() {
   if (LcUSysError::RegisterComponent(&component, "LcUCacheManager") != 1) return true;
   bool started = LcUString::Initialize() && LcUOption::Initialize() && LcUJsonStream::Initialize() &&
-                 LcUAppInfo::Initialize();
+                 LcUAppInfo::Initialize() && LcUSysCryptHash::Initialize();
   instance = new LcUCacheManager;
   LcUCacheOptions::Define();
   if (LcUCacheOptions::IsEmptyOnNextStart()) {
@@ -72,6 +76,7 @@ void LcUCacheManager::Terminate() {
   LcUCacheOptions::Undefine();
   delete instance;
   instance = nullptr;
+  LcUSysCryptHash::Terminate();
   LcUAppInfo::Terminate();
   LcUJsonStream::Terminate();
   LcUOption::Terminate();
@@ -104,7 +109,10 @@ bool LcUCacheManager::NameEntry(const char16_t* url, const LcUFileMetaData& meta
   // URL namespace of RFC 4122.
   LcUGuid nameSpace, guid;
   nameSpace.FromText("6ba7b811-9dad-11d1-80b4-00c04fd430c8");
+  hashing.Lock();
   LcUGuid::MakeNamed(guid, nameSpace, description.Get());
+  hashing.Unlock();
+  if (guid.IsNil()) return false;
   LcUString guidText, name;
   guid.ToText(guidText);
   GetLeafFolder(url, leaf);

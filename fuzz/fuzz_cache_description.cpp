@@ -24,6 +24,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   LcUString uriBack;
   LcUFileMetaData infoBack;
   if (!LcUCacheDescription::Parse(again.Get(), uriBack, infoBack)) std::abort();
-  if (uriBack != uri || infoBack.GetMask() != info.GetMask() || infoBack != info) std::abort();
+  if (uriBack != uri || infoBack.GetMask() != info.GetMask() || infoBack.GetFileSize() != info.GetFileSize() ||
+      infoBack.GetModificationTime() != info.GetModificationTime() || infoBack.GetRevisionId() != info.GetRevisionId() ||
+      infoBack.GetPermissions() != info.GetPermissions())
+    std::abort();
   return 0;
 }

@@ -12,6 +12,11 @@ class LcUCacheEntry {
 public:
   using Files = std::vector<LcUString, LcUAllocator<LcUString>>;
 
+  // The files of an entry beside its data.
+  static const char16_t kDescriptionName[];
+  static const char16_t kStateName[];
+  static const char16_t kLockName[];
+
   // Whether a state file's bytes show every block of a file of `size`
   // bytes present.
   static bool IsCompleteState(const uint8_t* data, size_t length, uint64_t size);

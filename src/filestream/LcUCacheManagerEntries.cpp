@@ -3,11 +3,6 @@
 #include "filestream/LcUCacheDescription.h"
 #include "filestream/LcUCacheManager.h"
 
-namespace {
-const char16_t kDescription[] = u"data.twcacheinfo";
-const char16_t kLock[] = u"data.lock";
-}  // namespace
-
 // A link is neither followed nor counted: what it points at is not the
 // cache's.
 void LcUCacheManager::Scan(const LcUString& folder, bool withLocked, Entries& out) {
@@ -26,8 +21,8 @@ void LcUCacheManager::Scan(const LcUString& folder, bool withLocked, Entries& ou
     int64_t size = 0;
     if (LcUSysFile::GetSize(path.Get(), size)) entry.bytes += size;
     entry.files.push_back(path);
-    if (name == LcUString(kLock)) entry.locked = true;
-    if (name != LcUString(kDescription)) continue;
+    if (name == LcUString(LcUCacheEntry::kLockName)) entry.locked = true;
+    if (name != LcUString(LcUCacheEntry::kDescriptionName)) continue;
     described = true;
     entry.descriptionPath = path;
     int64_t accessed = 0;

@@ -5,10 +5,6 @@
 #include "filestream/LcUCacheManager.h"
 #include "filestream/LcUCacheOptions.h"
 
-namespace {
-const char16_t kLock[] = u"data.lock";
-}
-
 void LcUCacheManager::Evict() {
   Evict(LcUCacheOptions::GetMaxSize(), LcUCacheOptions::GetMinInactiveFiles());
 }
@@ -50,7 +46,7 @@ void LcUCacheManager::Evict(int64_t maxSize, int32_t minInactive) {
 // An entry locked since the scan is left alone.
 bool LcUCacheManager::DeleteEntry(const LcUCacheEntry& entry) {
   LcUString lockPath;
-  LcUSysFile::Join(entry.directory.Get(), kLock, lockPath);
+  LcUSysFile::Join(entry.directory.Get(), LcUCacheEntry::kLockName, lockPath);
   if (LcUSysFile::Exists(lockPath.Get())) return false;
   for (const LcUString& file : entry.files) LcUSysFile::Delete(file.Get(), true);
   return true;

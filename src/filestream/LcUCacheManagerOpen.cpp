@@ -10,13 +10,10 @@
 #include "foundation/LcUError.h"
 
 namespace {
-const char16_t kDescription[] = u"data.twcacheinfo";
-const char16_t kState[] = u"data.streamdata";
-const char16_t kLock[] = u"data.lock";
 
 // Null when another process, or another open here, holds the entry.
 LcUFileLock* TakeLock(const LcUString& directory) {
-  LcUFileLock* lock = LcUSizedObject::New<LcUFileLock>(directory.Get(), kLock);
+  LcUFileLock* lock = LcUSizedObject::New<LcUFileLock>(directory.Get(), LcUCacheEntry::kLockName);
   if (lock && !lock->TryLock()) LcUSizedObject::Delete(lock);
   return lock;
 }
@@ -32,7 +29,7 @@ bool SaveCompleteState(const char16_t* path, uint64_t size) {
 bool LcUCacheManager::HaveExistingCache(const char16_t* url, const LcUFileMetaData& metadata,
                                         const LcUString& directory, const LcUString& dataPath, LcUFileLock*& lock) {
   LcUString descriptionPath, legacyPath, uri;
-  LcUSysFile::Join(directory.Get(), kDescription, descriptionPath);
+  LcUSysFile::Join(directory.Get(), LcUCacheEntry::kDescriptionName, descriptionPath);
   LcUSysFile::Join(directory.Get(), u"data", legacyPath);
   if (!LcUSysFile::Exists(dataPath.Get()) && LcUSysFile::Exists(legacyPath.Get()) &&
       !LcUSysFile::IsDirectory(legacyPath.Get()))
@@ -57,8 +54,8 @@ bool LcUCacheManager::GetCacheFile(const char16_t* url, LcUFileProtocol* protoco
   bool canDownload = protocol->CanDownload();
   LcUString directory, dataPath, statePath, descriptionPath;
   if (LcUCacheOptions::IsEnabled() && NameEntry(url, metadata, directory, dataPath)) {
-    LcUSysFile::Join(directory.Get(), kState, statePath);
-    LcUSysFile::Join(directory.Get(), kDescription, descriptionPath);
+    LcUSysFile::Join(directory.Get(), LcUCacheEntry::kStateName, statePath);
+    LcUSysFile::Join(directory.Get(), LcUCacheEntry::kDescriptionName, descriptionPath);
     bool hadState = LcUSysFile::Exists(statePath.Get());
     MarkInUse(directory, descriptionPath);
     bool done = false;
@@ -95,8 +92,8 @@ bool LcUCacheManager::MakeEntry(const char16_t* url, LcUFileProtocol* protocol, 
                                 const LcUString& dataPath, bool canStream, LcUCacheFile& out) {
   LcUString directory, descriptionPath, statePath;
   LcUSysFile::GetDirectory(dataPath.Get(), &directory, nullptr);
-  LcUSysFile::Join(directory.Get(), kDescription, descriptionPath);
-  LcUSysFile::Join(directory.Get(), kState, statePath);
+  LcUSysFile::Join(directory.Get(), LcUCacheEntry::kDescriptionName, descriptionPath);
+  LcUSysFile::Join(directory.Get(), LcUCacheEntry::kStateName, statePath);
   LcUStringA description;
   if (!LcUCacheDescription::Compose(url, metadata, description) ||
       !LcUCacheDescription::Write(descriptionPath.Get(), description))

@@ -40,7 +40,7 @@ bool LcUFileURLImpl::FindBestCachedCopy(const char16_t* url, LcUString& path) {
   LcUString statePath;
   for (const LcUCacheEntry& entry : entries) {
     if (!entry.info.Has(LcUFileMetaData::eFILE_SIZE)) continue;
-    LcUSysFile::Join(entry.directory.Get(), u"data.streamdata", statePath);
+    LcUSysFile::Join(entry.directory.Get(), LcUCacheEntry::kStateName, statePath);
     if (!LcUCacheEntry::IsComplete(entry.dataPath.Get(), statePath.Get(), entry.info.GetFileSize())) continue;
     bool keep = best && best->info.Has(LcUFileMetaData::eMODIFICATION_TIME) &&
                 (!entry.info.Has(LcUFileMetaData::eMODIFICATION_TIME) ||

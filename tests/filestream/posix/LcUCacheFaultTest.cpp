@@ -16,10 +16,10 @@ namespace {
 class CacheFault : public CacheTest {
 protected:
   void SetUp() override {
+    CacheTest::SetUp();
 #if defined(__SANITIZE_THREAD__)
     GTEST_SKIP() << "forks a process";
 #endif
-    CacheTest::SetUp();
   }
 
   void StopEngine() {

@@ -12,5 +12,5 @@ set(CPACK_DEBIAN_PACKAGE_SECTION libdevel)
 # The tools and the module need the runtime libraries; a program built on
 # the static libraries needs their development packages.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
-    "libc6, libstdc++6, libsqlite3-0, libpugixml1v5, libssl3, libsqlite3-dev, libpugixml-dev, libssl-dev")
+    "libc6, libstdc++6, libsqlite3-0, libpugixml1v5, libssl3, libcurl4, libsqlite3-dev, libpugixml-dev, libssl-dev, libcurl4-openssl-dev")
 include(CPack)

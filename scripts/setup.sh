@@ -6,7 +6,8 @@ packages=(cmake ninja-build g++ gcc make ccache clang libclang-rt-14-dev
           googletest libgtest-dev libbenchmark-dev libeigen3-dev zlib1g-dev
           libsqlite3-dev sqlite3 libmimalloc-dev libjemalloc-dev
           libssl-dev libpugixml-dev libcurl4-openssl-dev libdeflate-dev libcereal-dev libboost-serialization-dev
-          nlohmann-json3-dev rapidjson-dev nsis pkg-config libicu-dev)
+          nlohmann-json3-dev rapidjson-dev nsis pkg-config libicu-dev
+          python3 openssl nginx-light gdal-bin)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")

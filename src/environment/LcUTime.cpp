@@ -58,3 +58,11 @@ void LcUTime::StartTimer(LcUTimer& timer, int64_t micros, int64_t slack) {
   timer.flags |= LcUTimer::eLOW_CLOCK;
   timer.slack = Scale(LcUSysTime::eLOW_FREQUENCY, micros + 2 * resolution);
 }
+
+bool LcUTime::HasExpired(const LcUTimer& timer) {
+  if (timer.flags & LcUTimer::eHIGH_CLOCK) {
+    if (LcUSysTime::GetTicks() - timer.highStart >= timer.highSpan) return true;
+    return timer.slack != 0 && LcUSysTime::GetLowTicks() - timer.lowStart > timer.slack;
+  }
+  return LcUSysTime::GetLowTicks() - timer.lowStart >= timer.lowSpan;
+}

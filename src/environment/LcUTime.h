@@ -22,4 +22,7 @@ public:
   static double GetSecondsPerTick();
   static bool PrefersHighResolution();
   static void StartTimer(LcUTimer& timer, int64_t micros, int64_t slack);
+  // Past the deadline on the clock that keeps it; with both clocks the
+  // tick count ends a timer whose counter went astray once past the slack.
+  static bool HasExpired(const LcUTimer& timer);
 };

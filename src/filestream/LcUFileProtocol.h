@@ -2,6 +2,7 @@
 #include <cstdint>
 #include "foundation/LcUString.h"
 
+class LcUDownloadProgressSink;
 class LcUFileMetaData;
 
 // A kind of location that files can be read from: the local file system,
@@ -19,9 +20,9 @@ public:
   virtual bool UsesLocalCache();
   virtual bool IsRemote() = 0;
   virtual bool GetFileInfo(const char16_t* url, LcUFileMetaData& metadata) = 0;
-  // sink is the caller's progress observer; no protocol here has one.
-  virtual bool DownloadFile(const char16_t* url, const char16_t* path, void* sink) = 0;
-  virtual bool DownloadToCacheFile(const char16_t* url, void* sink, LcUString& path) = 0;
+  // sink, when given, hears the download's progress.
+  virtual bool DownloadFile(const char16_t* url, const char16_t* path, LcUDownloadProgressSink* sink) = 0;
+  virtual bool DownloadToCacheFile(const char16_t* url, LcUDownloadProgressSink* sink, LcUString& path) = 0;
   virtual bool ReservedQuery() = 0;
   virtual void* OpenHandle(const char16_t* url, bool forWriting) = 0;
   // True only when all size bytes arrived.

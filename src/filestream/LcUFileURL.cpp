@@ -2,6 +2,7 @@
 
 #include "filestream/LcUCacheManager.h"
 #include "filestream/LcUFileURLImpl.h"
+#include "filestream/LcUHttpFileProtocol.h"
 #include "filestream/LcULocalFileProtocol.h"
 #include "filestream/LcUNetworkConnection.h"
 #include "options/LcUOption.h"
@@ -23,8 +24,8 @@ const char* const kCacheModePath = "general.file_streaming.cache_mode";
 bool LcUFileURL::Initialize() {
   if (LcUSysError::RegisterComponent(&component, "LcUFileURL") != 1) return true;
   bool started = LcUString::Initialize() && LcUOption::Initialize() && LcULocalFileProtocol::Initialize() &&
-                 LcUPage::Initialize() && LcUActionQueue::Initialize() && LcUCacheManager::Initialize() &&
-                 LcUNetworkConnection::Initialize();
+                 LcUHttpFileProtocol::Initialize() && LcUPage::Initialize() && LcUActionQueue::Initialize() &&
+                 LcUCacheManager::Initialize() && LcUNetworkConnection::Initialize();
   engine = new LcUFileURLImpl(cacheMode);
   // Level 1, not offered to users.
   LcUOption::DefineInt32(kCacheModePath, cacheMode, 1, 8);
@@ -40,6 +41,7 @@ void LcUFileURL::Terminate() {
   LcUCacheManager::Terminate();
   LcUActionQueue::Terminate();
   LcUPage::Terminate();
+  LcUHttpFileProtocol::Terminate();
   LcULocalFileProtocol::Terminate();
   LcUOption::Undefine(kCacheModePath);
   LcUOption::Terminate();

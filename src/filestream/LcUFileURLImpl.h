@@ -5,6 +5,7 @@
 
 #include "filestream/LcUFileURLBlockList.h"
 #include "filestream/LcUFileURLFile.h"
+#include "filestream/LcUInternetActionQueue.h"
 #include "foundation/LcUActionQueue.h"
 #include "foundation/LcUAllocator.h"
 #include "foundation/LcUPageOut.h"
@@ -212,7 +213,7 @@ private:
   // Last, so that they stop first while the engine still stands.
   LcUActionQueue m_action_queue;
   LcUActionQueue m_temp_action_queue;
-  LcUActionQueue m_download_queue;
+  LcUInternetActionQueue m_download_queue;
   LcUActionQueue m_open_queue;
 };
 

@@ -19,8 +19,8 @@ public:
   bool IsRemote() override { return false; }
   // Modification time and size only.
   bool GetFileInfo(const char16_t* url, LcUFileMetaData& metadata) override;
-  bool DownloadFile(const char16_t* url, const char16_t* path, void* sink) override { return false; }
-  bool DownloadToCacheFile(const char16_t* url, void* sink, LcUString& path) override { return false; }
+  bool DownloadFile(const char16_t* url, const char16_t* path, LcUDownloadProgressSink* sink) override { return false; }
+  bool DownloadToCacheFile(const char16_t* url, LcUDownloadProgressSink* sink, LcUString& path) override { return false; }
   bool ReservedQuery() override { return false; }
   // Writing opens for reading as well and keeps what the file holds.
   void* OpenHandle(const char16_t* url, bool forWriting) override;

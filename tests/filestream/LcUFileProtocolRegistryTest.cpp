@@ -16,8 +16,8 @@ public:
     metadata = info;
     return answer;
   }
-  bool DownloadFile(const char16_t*, const char16_t*, void*) override { return false; }
-  bool DownloadToCacheFile(const char16_t*, void*, LcUString&) override { return false; }
+  bool DownloadFile(const char16_t*, const char16_t*, LcUDownloadProgressSink*) override { return false; }
+  bool DownloadToCacheFile(const char16_t*, LcUDownloadProgressSink*, LcUString&) override { return false; }
   bool ReservedQuery() override { return false; }
   void* OpenHandle(const char16_t*, bool) override { return nullptr; }
   bool ReadFile(void*, void*, void*, int64_t, uint32_t, void*) override { return false; }

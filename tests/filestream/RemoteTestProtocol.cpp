@@ -114,7 +114,7 @@ int32_t RemoteTestProtocol::Downloads() {
   return downloads;
 }
 
-bool RemoteTestProtocol::DownloadFile(const char16_t* url, const char16_t* path, void*) {
+bool RemoteTestProtocol::DownloadFile(const char16_t* url, const char16_t* path, LcUDownloadProgressSink*) {
   std::lock_guard<std::mutex> guard(lock);
   ++downloads;
   FILE* from = std::fopen(PathOf(url).c_str(), "rb");

@@ -53,8 +53,8 @@ public:
   bool UsesLocalCache() override { return localCache; }
   bool IsRemote() override { return true; }
   bool GetFileInfo(const char16_t* url, LcUFileMetaData& metadata) override;
-  bool DownloadFile(const char16_t* url, const char16_t* path, void*) override;
-  bool DownloadToCacheFile(const char16_t*, void*, LcUString&) override { return false; }
+  bool DownloadFile(const char16_t* url, const char16_t* path, LcUDownloadProgressSink*) override;
+  bool DownloadToCacheFile(const char16_t*, LcUDownloadProgressSink*, LcUString&) override { return false; }
   bool ReservedQuery() override { return false; }
   void* OpenHandle(const char16_t* url, bool forWriting) override;
   bool ReadFile(void* handle, void* threadHandle, void* request, int64_t offset, uint32_t size,

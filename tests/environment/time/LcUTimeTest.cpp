@@ -203,4 +203,29 @@ TEST_F(LcUTimeTest, AnUnavailableCounterDropsThePreference) {
   EXPECT_TRUE(LcUTime::PrefersHighResolution());
   EXPECT_DOUBLE_EQ(LcUTime::GetSecondsPerTick(), 0.25e-6);
 }
+TEST_F(LcUTimeTest, ATimerExpiresOnTheClockThatKeepsIt) {
+  const uint64_t low = LcUSysTime::GetLowTicks(), high = LcUSysTime::GetTicks();
+  struct Case {
+    uint32_t flags;
+    uint64_t lowStart, lowSpan, highStart, highSpan, slack;
+    bool expired;
+  };
+  for (const Case& c : {Case{LcUTimer::eLOW_CLOCK, low, 1u << 30, 0, 0, 0, false},
+                        Case{LcUTimer::eLOW_CLOCK, low, 0, 0, 0, 0, true},
+                        Case{LcUTimer::eLOW_CLOCK, low - 5, 5, 0, 0, 0, true},
+                        Case{LcUTimer::eHIGH_CLOCK, low, 0, high, 1ull << 62, 0, false},
+                        Case{LcUTimer::eHIGH_CLOCK, low, 0, high, 0, 0, true},
+                        // The counter says no, the tick count is past the slack.
+                        Case{LcUTimer::eLOW_CLOCK | LcUTimer::eHIGH_CLOCK, low - 100, 50, high, 1ull << 62, 10, true},
+                        Case{LcUTimer::eLOW_CLOCK | LcUTimer::eHIGH_CLOCK, low, 0, high, 1ull << 62, 1u << 30, false}}) {
+    LcUTimer timer;
+    timer.flags = c.flags;
+    timer.lowStart = c.lowStart;
+    timer.lowSpan = c.lowSpan;
+    timer.highStart = c.highStart;
+    timer.highSpan = c.highSpan;
+    timer.slack = c.slack;
+    EXPECT_EQ(LcUTime::HasExpired(timer), c.expired) << c.flags << " " << c.lowSpan << " " << c.highSpan;
+  }
+}
 }  // namespace

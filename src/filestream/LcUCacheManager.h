@@ -46,8 +46,8 @@ public:
                     const char16_t* headers, bool wantStream, LcUCacheFile& out);
   bool GetCacheFileForURL(const char16_t* url, LcUFileProtocol* protocol, const char16_t* headers, bool wantStream,
                           LcUCacheFile& out);
-  // The entries of the URL's leaf whose sound description names this URL
-  // and whose data file is there at the described size.
+  // The complete entries of the URL's leaf: a sound description naming
+  // this URL, the data file at the described size, every block present.
   bool GetEntries(const char16_t* url, Entries& out);
   // The entry of one version, if its data file is there.
   bool GetEntryFiles(const char16_t* url, const LcUFileMetaData& metadata, LcUString& directory, LcUString& path);

@@ -40,12 +40,14 @@ bool LcUCacheManager::GetEntries(const char16_t* url, Entries& out) {
   LcUSysFile::Join(root.Get(), leaf.Get(), folder);
   Entries found;
   Scan(folder, true, found);
+  LcUString statePath;
   for (LcUCacheEntry& entry : found) {
     LcUSysFile::Join(entry.directory.Get(), dataName.Get(), entry.dataPath);
-    int64_t size = 0;
+    LcUSysFile::Join(entry.directory.Get(), LcUCacheEntry::kStateName, statePath);
     if (!LcUCacheDescription::Read(entry.descriptionPath.Get(), uri, entry.info) || uri != LcUString(url) ||
-        !LcUSysFile::GetSize(entry.dataPath.Get(), size) ||
-        (entry.info.Has(LcUFileMetaData::eFILE_SIZE) && uint64_t(size) != entry.info.GetFileSize()))
+        !LcUSysFile::Exists(entry.dataPath.Get()) ||
+        (entry.info.Has(LcUFileMetaData::eFILE_SIZE) &&
+         !LcUCacheEntry::IsComplete(entry.dataPath.Get(), statePath.Get(), entry.info.GetFileSize())))
       continue;
     out.push_back(entry);
   }

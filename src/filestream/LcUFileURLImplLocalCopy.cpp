@@ -37,11 +37,9 @@ bool LcUFileURLImpl::FindBestCachedCopy(const char16_t* url, LcUString& path) {
   LcUCacheManager::Entries entries;
   if (!manager || !manager->GetEntries(url, entries)) return false;
   const LcUCacheEntry* best = nullptr;
-  LcUString statePath;
+  // The listing has only complete entries.
   for (const LcUCacheEntry& entry : entries) {
     if (!entry.info.Has(LcUFileMetaData::eFILE_SIZE)) continue;
-    LcUSysFile::Join(entry.directory.Get(), LcUCacheEntry::kStateName, statePath);
-    if (!LcUCacheEntry::IsComplete(entry.dataPath.Get(), statePath.Get(), entry.info.GetFileSize())) continue;
     bool keep = best && best->info.Has(LcUFileMetaData::eMODIFICATION_TIME) &&
                 (!entry.info.Has(LcUFileMetaData::eMODIFICATION_TIME) ||
                  best->info.GetModificationTime() >= entry.info.GetModificationTime());

@@ -19,6 +19,23 @@ protected:
     ASSERT_NE(nullptr, cache);
   }
 
+  // A later run: the engine stopped and started again forgets all it was told.
+  void StopEngine() {
+    LcUAppInfo::SetProvider(previousAppInfo);
+    LcUFileProtocolRegistry::GetInstance()->Unregister(u"rtest");
+    LcUFileURL::Terminate();
+  }
+
+  void StartEngine() {
+    ASSERT_TRUE(LcUFileURL::Initialize());
+    InstallAppInfo();
+    engine = LcUFileURL::GetInstance();
+    cache = LcUCacheManager::GetInstance();
+    ASSERT_TRUE(LcUFileProtocolRegistry::GetInstance()->Register(u"rtest", protocol));
+    engine->SetClock([] { return now.load(); });
+    SetNetwork(true);
+  }
+
   std::u16string Root() const { return PathOf(u"appdata") + u"/LocalCache"; }
 
   // Opens, reads [from, to) in whole, closes; the reads it took.

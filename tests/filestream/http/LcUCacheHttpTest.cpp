@@ -16,18 +16,6 @@ protected:
     ASSERT_EQ("", server.Failure());
   }
 
-  void Restart() {
-    LcUAppInfo::SetProvider(previousAppInfo);
-    LcUFileProtocolRegistry::GetInstance()->Unregister(u"rtest");
-    LcUFileURL::Terminate();
-    ASSERT_TRUE(LcUFileURL::Initialize());
-    InstallAppInfo();
-    engine = LcUFileURL::GetInstance();
-    cache = LcUCacheManager::GetInstance();
-    ASSERT_TRUE(LcUFileProtocolRegistry::GetInstance()->Register(u"rtest", protocol));
-    engine->SetClock([] { return now.load(); });
-  }
-
   // Serves `size` bytes under name; remoteData holds them.
   std::u16string ServeFile(const std::string& name, size_t size, uint64_t seed = 1,
                            TestHttpServer::Route route = TestHttpServer::eDIRECT) {
@@ -59,7 +47,8 @@ TEST_F(CacheHttp, HalfAFileNowTheRestOnTheNextRunAndNoBlockTwice) {
   size_t firstRun = server.AccessLog().size();
   std::vector<Range> before = Gets(0, firstRun);
   ASSERT_FALSE(before.empty());
-  Restart();
+  StopEngine();
+  StartEngine();
   Stream(url, 0, size);
   std::vector<Range> after = Gets(firstRun, firstRun + 1);
   ASSERT_FALSE(after.empty());
@@ -81,7 +70,8 @@ TEST_F(CacheHttp, AChangedFileGetsANewFolderBesideTheOld) {
   std::u16string first = EntryOf(url);
   // Another size, so that nginx gives another entity tag within the second.
   ServeFile("changed.bin", 3 * B + 1, 2);
-  Restart();
+  StopEngine();
+  StartEngine();
   Stream(url, 0, 3 * B + 1);
   std::u16string second = EntryOf(url);
   EXPECT_NE(first, second);
@@ -112,7 +102,8 @@ TEST_F(CacheHttp, WithTheServerStoppedTheCompleteCopyIsFound) {
   std::u16string complete;
   EntryOf(url, &complete);
   ServeFile("kept.bin", 5 * B + 4, 3);
-  Restart();
+  StopEngine();
+  StartEngine();
   Stream(url, 0, B);
   ASSERT_TRUE(server.StopNginx());
   LcUString best;

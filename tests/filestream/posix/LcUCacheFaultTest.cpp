@@ -1,64 +1,15 @@
-#include <poll.h>
 #include <signal.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstring>
-#include <functional>
 
-#include "../CacheTesting.h"
+#include "posix/CacheProcessTest.h"
 #include "filestream/LcUFileURLRemote.h"
 
 namespace {
-// Faults of a second process: its engine starts afresh in a child while
-// this one's is stopped, as a later run would.
-class CacheFault : public CacheTest {
+class CacheFault : public CacheProcessTest {
 protected:
-  void SetUp() override {
-    CacheTest::SetUp();
-#if defined(__SANITIZE_THREAD__)
-    GTEST_SKIP() << "forks a process";
-#endif
-  }
-
-  void StopEngine() {
-    LcUAppInfo::SetProvider(previousAppInfo);
-    LcUFileProtocolRegistry::GetInstance()->Unregister(u"rtest");
-    LcUFileURL::Terminate();
-  }
-
-  void StartEngine() {
-    ASSERT_TRUE(LcUFileURL::Initialize());
-    InstallAppInfo();
-    engine = LcUFileURL::GetInstance();
-    cache = LcUCacheManager::GetInstance();
-    ASSERT_TRUE(LcUFileProtocolRegistry::GetInstance()->Register(u"rtest", protocol));
-    engine->SetClock([] { return now.load(); });
-    SetNetwork(true);
-  }
-
-  // The child's exit status; `watch` runs here meanwhile with the child's
-  // id and the reading end of a pipe the child may write to.
-  int RunChild(const std::function<int(int)>& body, const std::function<void(pid_t, int)>& watch = nullptr) {
-    int channel[2];
-    if (pipe(channel) != 0) return -1;
-    StopEngine();
-    pid_t pid = fork();
-    if (pid == 0) {
-      close(channel[0]);
-      StartEngine();
-      _exit(body(channel[1]));
-    }
-    close(channel[1]);
-    if (watch && pid > 0) watch(pid, channel[0]);
-    int status = -1;
-    if (pid > 0) waitpid(pid, &status, 0);
-    close(channel[0]);
-    StartEngine();
-    return status;
-  }
-
   // Reads blocks from `first` on, one at a time, telling the pipe of each;
   // with `stay` it then waits, the file open, to be killed.
   int ReadBlocks(const std::u16string& url, uint32_t first, uint32_t count, int tell, bool stay = false) {
@@ -73,17 +24,6 @@ protected:
     while (stay) pause();
     engine->Close(file);
     return 0;
-  }
-
-  // Bytes from the pipe until `count` came or the bound passed.
-  static int Await(int from, int count) {
-    int got = 0;
-    char byte;
-    for (int waited = 0; got < count && waited < 200; ++waited) {
-      pollfd ready = {from, POLLIN, 0};
-      if (poll(&ready, 1, 100) == 1 && read(from, &byte, 1) == 1) ++got;
-    }
-    return got;
   }
 };
 }  // namespace

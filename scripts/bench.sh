@@ -7,8 +7,9 @@
 #   mimalloc and jemalloc, name tables against unordered_map, the registry
 #   against plain SQLite (Linux), URLs against libcurl's URL API, the option
 #   tree against boost::property_tree, a large file streamed under an
-#   allocation limit against none, natural ordering against strverscmp and
-#   ICU, ISO times against strptime/timegm and gmtime_r/strftime, and the
+#   allocation limit against none, warm reads of a file whole in the local
+#   cache against cat of its data file (nginx serving it), natural ordering
+#   against strverscmp and ICU, ISO times against strptime/timegm and gmtime_r/strftime, and the
 #   Veerback's round trip in hostsim against the bare round trip, natively
 #   and under Wine, and files over HTTP from nginx against one libcurl GET and
 #   GDAL's /vsicurl/, on loopback and with 20 ms added to every answer.
@@ -17,7 +18,8 @@ cd "$(dirname "$0")/.."
 scripts/setup.sh
 cmake --preset linux >/dev/null
 cmake --build --preset linux --target bench_utf bench_stream bench_stream_objects bench_xml bench_json bench_geometry \
-  bench_memory bench_name_table bench_registry bench_url bench_options bench_page_out bench_locale_time bench_http bench_veerback twveerbackglf hostsim veerback >/dev/null
+  bench_memory bench_name_table bench_registry bench_url bench_options bench_page_out bench_cache bench_locale_time \
+  bench_http bench_veerback twveerbackglf hostsim veerback >/dev/null
 cmake --preset windows >/dev/null
 cmake --build --preset windows --target bench_veerback twveerbackglf hostsim veerback >/dev/null
 
@@ -25,6 +27,7 @@ for bench in build/linux/bench/bench_utf build/linux/bench/bench_stream build/li
              build/linux/bench/bench_xml build/linux/bench/bench_json build/linux/bench/bench_geometry \
              build/linux/bench/bench_memory build/linux/bench/bench_name_table build/linux/bench/bench_registry \
              build/linux/bench/bench_url build/linux/bench/bench_options build/linux/bench/bench_page_out \
+             build/linux/bench/bench_cache \
              build/linux/bench/bench_locale_time; do
   echo "== $(basename "$bench")"
   "$bench" --benchmark_min_time=0.5

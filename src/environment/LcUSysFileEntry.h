@@ -7,7 +7,7 @@
 // iterator that found it.
 class LcUSysFileEntry {
 public:
-  enum { eATTRIBUTE_READONLY = 1, eATTRIBUTE_DIRECTORY = 16 };
+  enum { eATTRIBUTE_READONLY = 1, eATTRIBUTE_DIRECTORY = 16, eATTRIBUTE_REPARSE_POINT = 1024 };
 
   LcUSysFileEntry(const LcUString& folder, LcUString& name, uint32_t attributes);
   LcUSysFileEntry(const LcUSysFileEntry&) = delete;
@@ -20,6 +20,8 @@ public:
   const LcUString& GetName() const { return name; }
   uint32_t GetAttributes() const { return attributes; }
   bool IsDirectory() const { return (attributes & eATTRIBUTE_DIRECTORY) != 0; }
+  // A symbolic link or junction, whatever it points at.
+  bool IsLink() const { return (attributes & eATTRIBUTE_REPARSE_POINT) != 0; }
 
 private:
   ~LcUSysFileEntry() = default;

@@ -20,6 +20,7 @@ public:
   void GetName(LcUString& out) const;
   void GetPath(LcUString& out) const;
   bool IsDirectory() const { return entry && entry->IsDirectory(); }
+  bool IsLink() const { return entry && entry->IsLink(); }
 
 private:
   // The system's next entry, whatever its name; false at the end.

@@ -14,10 +14,15 @@ void LcUFileAction::Execute(int32_t) {
   FILE* stream = block->file->local.GetStream();
   // A failed seek records no error: the block then counts as done.
   if (!stream || !LcUSysFilePosition::Seek(stream, int64_t(slot) * LcUFileURLBlock::eSIZE)) return;
+  // A remote file's local copy keeps the remote size: its last block is
+  // written only as far as the file goes.
+  size_t length = LcUFileURLBlock::eSIZE;
+  const LcUFileURLFile* file = block->file;
+  uint64_t start = uint64_t(block->index) * LcUFileURLBlock::eSIZE;
+  if (file->remote && start < file->size && file->size - start < length) length = size_t(file->size - start);
   errno = 0;
-  size_t moved = block->state == LcUFileURLBlock::eREADING
-                     ? std::fread(block->buffer, 1, LcUFileURLBlock::eSIZE, stream)
-                     : std::fwrite(block->buffer, 1, LcUFileURLBlock::eSIZE, stream);
+  size_t moved = block->state == LcUFileURLBlock::eREADING ? std::fread(block->buffer, 1, length, stream)
+                                                           : std::fwrite(block->buffer, 1, length, stream);
   // A short last block moves less and still succeeds.
   if (moved == 0) error = errno ? uint32_t(errno) : 1;
 }

@@ -1,5 +1,6 @@
 #include "filestream/LcUFileURL.h"
 
+#include "filestream/LcUCacheManager.h"
 #include "filestream/LcUFileURLImpl.h"
 #include "filestream/LcUHttpFileProtocol.h"
 #include "filestream/LcULocalFileProtocol.h"
@@ -23,7 +24,8 @@ const char* const kCacheModePath = "general.file_streaming.cache_mode";
 bool LcUFileURL::Initialize() {
   if (LcUSysError::RegisterComponent(&component, "LcUFileURL") != 1) return true;
   bool started = LcUString::Initialize() && LcUOption::Initialize() && LcULocalFileProtocol::Initialize() &&
-                 LcUHttpFileProtocol::Initialize() && LcUPage::Initialize() && LcUActionQueue::Initialize() && LcUNetworkConnection::Initialize();
+                 LcUHttpFileProtocol::Initialize() && LcUPage::Initialize() && LcUActionQueue::Initialize() &&
+                 LcUCacheManager::Initialize() && LcUNetworkConnection::Initialize();
   engine = new LcUFileURLImpl(cacheMode);
   // Level 1, not offered to users.
   LcUOption::DefineInt32(kCacheModePath, cacheMode, 1, 8);
@@ -36,6 +38,7 @@ void LcUFileURL::Terminate() {
   delete engine;
   engine = nullptr;
   LcUNetworkConnection::Terminate();
+  LcUCacheManager::Terminate();
   LcUActionQueue::Terminate();
   LcUPage::Terminate();
   LcUHttpFileProtocol::Terminate();

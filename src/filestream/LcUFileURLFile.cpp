@@ -9,6 +9,7 @@ LcUFileURLFile::LcUFileURLFile(LcUFileURLImpl* engine, const char16_t* url, uint
 LcUFileURLFile::~LcUFileURLFile() {
   if (orderTable) LcUMemory::Free(orderTable, uint64_t(neverWritten.Count()) * 4, 4);
   LcUSizedObject::Delete(remote);
+  LcUSizedObject::Delete(cacheLock);
 }
 
 void LcUFileURLFile::MarkWritten(uint32_t block) {

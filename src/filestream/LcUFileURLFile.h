@@ -3,6 +3,7 @@
 
 #include "environment/LcUSysFileHandle.h"
 #include "filestream/LcUFileURLBlock.h"
+#include "foundation/LcUFileLock.h"
 #include "foundation/LcUString.h"
 #include "serial/LcUBitArray.h"
 #include "serial/LcUDict.h"
@@ -71,4 +72,8 @@ public:
   LcUFileURLBlock* appendBlock = nullptr;
   LcUDict<uint64_t, LcUFileURLBlock*> blocks;
   int32_t fileActions = 0;
+  // The cache entry's, held until the file is gone.
+  LcUFileLock* cacheLock = nullptr;
+  // The cache gave a temporary local file: it goes at close.
+  bool temporaryLocal = false;
 };

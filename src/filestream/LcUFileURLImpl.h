@@ -15,6 +15,7 @@
 class LcUAsyncOpenAction;
 class LcUFileAction;
 class LcUInternetAction;
+class LcULocalCopy;
 class LcUFileURLCompletionHook;
 class LcUFileURLObserver;
 
@@ -67,6 +68,12 @@ public:
   void CloseAsync(LcUFileURLFile::HandleRecord* record, LcUFileURLFile* file);
   LcUFileURLFile* FindOpen(const char16_t* url);
   bool GetDownloadState(const char16_t* url, uint32_t* blockCount, uint32_t* downloadedCount, LcUBitArray* bits);
+  // A whole local copy of the file, or null; the caller releases it.
+  LcULocalCopy* GetLocalCopy(const char16_t* url, bool forDownload, const char16_t* headers);
+  // Deletes the file too if asked and the copy is the caller's alone.
+  void ReleaseLocalCopy(LcULocalCopy* copy, bool deleteFile);
+  // The newest complete copy in the local cache, without asking the location.
+  bool FindBestCachedCopy(const char16_t* url, LcUString& path);
 
   int32_t Read(LcUFileURLFile* file, int32_t mode, uint64_t offset, void* buffer, uint32_t size);
   int32_t Write(LcUFileURLFile* file, int32_t mode, uint64_t offset, const void* data, uint32_t size);

@@ -3,6 +3,8 @@
 
 #include "environment/LcUSysFile.h"
 #include "filestream/LcUAsyncOpenAction.h"
+#include "filestream/LcUCacheFile.h"
+#include "filestream/LcUCacheManager.h"
 #include "filestream/LcUFileAction.h"
 #include "filestream/LcUFileMetaData.h"
 #include "filestream/LcUFileProtocol.h"
@@ -17,20 +19,6 @@
 namespace {
 const uint32_t kWriting = LcUFileURLFile::eOPEN_WRITE | LcUFileURLFile::eOPEN_WRITE_APPEND;
 
-// Where a remote file's local copy and its state file live, one folder a
-// URL, until the local cache hands out its own places.
-bool LocalCopyPaths(const char16_t* url, LcUString& localPath, LcUString& statePath) {
-  LcUString folder, name, leaf;
-  if (!LcUSysFile::GetTempFolder(folder)) return false;
-  LcUSysFile::SanitiseFileName(url, name);
-  LcUSysFile::Join3(folder.Get(), u"LocalCache", name.Get(), folder);
-  if (!LcUSysFile::CreateDirectories(folder.Get())) return false;
-  LcUFileProtocol::GetLeafNameOf(url, leaf);
-  LcUSysFile::SanitiseFileName(leaf.IsEmpty() ? u"data" : leaf.Get(), name);
-  LcUSysFile::Join(folder.Get(), name.Get(), localPath);
-  LcUSysFile::Join(folder.Get(), u"data.streamdata", statePath);
-  return true;
-}
 }  // namespace
 
 // A file open with other flags, or whose open failed, is not shared.
@@ -85,13 +73,21 @@ bool LcUFileURLImpl::OpenInto(LcUFileURLFile* file, int32_t share) {
     if (!protocol->GetFileInfo(url, info) || !info.Has(LcUFileMetaData::eFILE_SIZE)) return false;
     file->size = info.GetFileSize();
     useLocal = protocol->UsesLocalCache() || !protocol->CanStream();
-    LcUString statePath;
-    if (useLocal && !LocalCopyPaths(url, file->localPath, statePath)) return false;
-    file->remote = LcUSizedObject::New<LcUFileURLRemote>(file->size, useLocal);
-    if (!file->remote) return false;
-    file->remote->statePath = statePath;
-    if (useLocal && LcUSysFile::Exists(statePath.Get())) file->remote->Load(statePath.Get());
-    file->readAccess = !file->remote->Lacks() && !writable;
+    LcUCacheFile cache;
+    if (useLocal) {
+      LcUCacheManager* cacheManager = LcUCacheManager::GetInstance();
+      if (!cacheManager || !cacheManager->GetCacheFile(url, protocol, info, nullptr, true, cache)) return false;
+      file->localPath = cache.path;
+      file->cacheLock = cache.TakeLock();
+      file->temporaryLocal = cache.temporary;
+    }
+    if (!useLocal || cache.stream) {
+      file->remote = LcUSizedObject::New<LcUFileURLRemote>(file->size, useLocal);
+      if (!file->remote) return false;
+      file->remote->statePath = cache.statePath;
+      if (cache.loadState) file->remote->Load(cache.statePath.Get());
+    }
+    file->readAccess = !(file->remote && file->remote->Lacks()) && !writable;
   } else {
     bool readOnly = false;
     if (!LcUFileProtocol::GetFileSize(url, &file->size, &readOnly)) return false;
@@ -103,13 +99,15 @@ bool LcUFileURLImpl::OpenInto(LcUFileURLFile* file, int32_t share) {
     file->readAccess = readOnly || !writable;
   }
   if (useLocal) {
-    int hints = LcUSysFileHandle::eHINT_RANDOM |
-                ((file->flags & LcUFileURLFile::eOPEN_TEMPORARY) ? LcUSysFileHandle::eHINT_TEMPORARY : 0);
+    int hints = LcUSysFileHandle::eHINT_RANDOM | (file->flags & LcUFileURLFile::eOPEN_TEMPORARY || file->temporaryLocal
+                                                      ? LcUSysFileHandle::eHINT_TEMPORARY
+                                                      : 0);
     if (!file->local.Open(file->localPath.Get(),
                           file->readAccess ? LcUSysFileHandle::eACCESS_READ : LcUSysFileHandle::eACCESS_READ_WRITE,
                           LcUSysFileHandle::eOPEN_ALWAYS, LcUSysFileHandle::eMODE_BINARY, share, hints,
                           LcUSysFileHandle::ePERMISSION_READ | LcUSysFileHandle::ePERMISSION_WRITE)) {
       LcUSizedObject::Delete(file->remote);
+      if (file->temporaryLocal) LcUSysFile::Delete(file->localPath.Get(), true);
       return false;
     }
     // Blocks move whole; a stream buffer would only hold back what the disk
@@ -249,7 +247,7 @@ void LcUFileURLImpl::Destroy(LcUFileURLFile* file) {
       return true;
     });
   ReleaseAppendBlock(file);
-  bool temporary = (file->flags & LcUFileURLFile::eOPEN_TEMPORARY) != 0;
+  bool temporary = (file->flags & LcUFileURLFile::eOPEN_TEMPORARY) != 0 || file->temporaryLocal;
   bool reading = false;
   for (auto* e = file->blocks.First(); e; e = e->next) {
     LcUFileURLBlock* block = e->value;
@@ -273,6 +271,9 @@ void LcUFileURLImpl::Destroy(LcUFileURLFile* file) {
   file->local.Close();
   if (temporary && !file->localPath.IsEmpty()) LcUSysFile::Delete(file->localPath.Get(), true);
   if (remote) {
+    // A block whose write failed is not in the local copy after all.
+    for (auto* e = file->blocks.First(); e; e = e->next)
+      if (e->value->state == LcUFileURLBlock::eDIRTY) remote->MarkMissing(e->value->index);
     for (void* thread : remote->threadHandles)
       if (thread) remote->protocol->DestroyThreadHandle(thread);
     if (remote->handle) remote->protocol->CloseHandle(remote->handle);

@@ -36,6 +36,13 @@ bool LcUFileURLRemote::MarkDownloaded(uint32_t block) {
   return downloadedCount == blockCount;
 }
 
+void LcUFileURLRemote::MarkMissing(uint32_t block) {
+  if (block >= blockCount || !bits.Test(block)) return;
+  bits.Clear(block);
+  --downloadedCount;
+  LowerTrickle(block);
+}
+
 bool LcUFileURLRemote::Apply(const uint8_t* data, size_t size) {
   if (size <= eHEADER_SIZE) return false;
   uint64_t total = uint64_t(Word(data)) | uint64_t(Word(data + 4)) << 32;

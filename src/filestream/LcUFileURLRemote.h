@@ -21,6 +21,8 @@ public:
   bool IsLocal(uint32_t block) const { return block < blockCount && bits.Test(block); }
   // True when this set the last missing bit.
   bool MarkDownloaded(uint32_t block);
+  // For a block whose bytes never reached the local copy.
+  void MarkMissing(uint32_t block);
   void LowerTrickle(uint32_t block) {
     if (tricklePosition > block) tricklePosition = block;
   }

@@ -9,6 +9,8 @@
 #include <vector>
 
 #include "RemoteTestProtocol.h"
+#include "environment/LcUAppInfo.h"
+#include "environment/LcUAppInfoProvider.h"
 #include "environment/LcUSysFile.h"
 #include "filestream/LcUFileProtocolRegistry.h"
 #include "filestream/LcUFileURL.h"
@@ -17,7 +19,14 @@
 #include "filestream/LcUNetworkConnection.h"
 #include "foundation/LcUSysError.h"
 
-// The engine started over a temporary folder, with the remote test
+// The application's data folder, inside a test's folder.
+class TestAppInfo : public LcUFixedAppInfoProvider {
+public:
+  explicit TestAppInfo(const char16_t* where) { folder = where; }
+};
+
+// The engine started over a temporary folder, the application's data in
+// "appdata" there, with the remote test
 // protocol under "rtest" and a clock that moves only when told.
 class FileURLTest : public ::testing::Test {
 protected:
@@ -27,6 +36,8 @@ protected:
     ASSERT_TRUE(LcUSysFile::MakeTempFolder(folder));
     LcUSysFile::SetTempFolderOverride(folder.Get());
     ASSERT_TRUE(LcUFileURL::Initialize());
+    appInfo = new TestAppInfo(PathOf(u"appdata").c_str());
+    InstallAppInfo();
     engine = LcUFileURL::GetInstance();
     ASSERT_NE(nullptr, engine);
     protocol = new RemoteTestProtocol(std::u16string(folder.Get()));
@@ -39,11 +50,16 @@ protected:
   void TearDown() override {
     LcUSysError::SetTraceLevel(0);
     LcUFileProtocolRegistry::GetInstance()->Unregister(u"rtest");
+    LcUAppInfo::SetProvider(previousAppInfo);
     LcUFileURL::Terminate();
     delete protocol;
+    delete appInfo;
     LcUSysFile::SetTempFolderOverride(nullptr);
     LcUSysFile::Remove(folder.Get(), true, true);
   }
+
+  // After each start, which installs the session's.
+  void InstallAppInfo() { previousAppInfo = LcUAppInfo::SetProvider(appInfo); }
 
   static void SetNetwork(bool up) {
     LcUNetworkConnection::GetInstance()->SetTestFunction(up ? +[] { return true; } : +[] { return false; });
@@ -122,6 +138,8 @@ protected:
 
   static inline std::atomic<uint64_t> now{0};
   LcUString folder;
+  TestAppInfo* appInfo = nullptr;
+  LcUAppInfoProvider* previousAppInfo = nullptr;
   LcUFileURLImpl* engine = nullptr;
   RemoteTestProtocol* protocol = nullptr;
   std::vector<uint8_t> remoteData;

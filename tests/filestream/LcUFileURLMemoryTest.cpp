@@ -25,6 +25,7 @@ protected:
     LcUFileProtocolRegistry::GetInstance()->Unregister(u"rtest");
     LcUFileURL::Terminate();
     ASSERT_TRUE(LcUFileURL::Initialize());
+    InstallAppInfo();
     engine = LcUFileURL::GetInstance();
     ASSERT_TRUE(LcUFileProtocolRegistry::GetInstance()->Register(u"rtest", protocol));
     engine->SetClock([] { return now.load(); });
@@ -106,6 +107,7 @@ TEST_F(FileURLMemory, TheComponentDefinesItsCacheModeOption) {
   LcUFileURL::Terminate();
   EXPECT_FALSE(LcUOption::TryGetInt32(kModePath, mode)) << "gone with the component";
   ASSERT_TRUE(LcUFileURL::Initialize());
+  InstallAppInfo();
   engine = LcUFileURL::GetInstance();
   ASSERT_TRUE(LcUFileProtocolRegistry::GetInstance()->Register(u"rtest", protocol));
   LcUOption::Terminate();

@@ -205,8 +205,10 @@ TEST_F(FileURLRead, AFailedLocalReadGivesTwo) {
   LcUFileURLFile* file = OpenRead(url);
   ASSERT_NE(nullptr, file);
   LcUString statePath = file->GetRemote()->statePath;
+  std::u16string localPath(file->localPath.Get());
   engine->Close(file);
   // Block 0 claimed on disk while the local copy is empty.
+  std::fclose(std::fopen(Narrow(localPath).c_str(), "wb"));
   LcUFileURLRemote claim(2 * B, true);
   claim.MarkDownloaded(0);
   ASSERT_TRUE(claim.Save(statePath.Get()));

@@ -3,6 +3,8 @@
 #include <chrono>
 #include <cstdio>
 
+#include <sys/stat.h>
+
 #include "filestream/LcUFileMetaData.h"
 
 namespace {
@@ -81,7 +83,49 @@ bool RemoteTestProtocol::GetFileInfo(const char16_t* url, LcUFileMetaData& metad
   std::fseek(file, 0, SEEK_END);
   metadata.SetFileSize(uint64_t(std::ftell(file)));
   std::fclose(file);
+  struct stat info;
+  if (times && stat(PathOf(url).c_str(), &info) == 0) metadata.SetModificationTime(int64_t(info.st_mtime));
+  if (!revision.empty()) metadata.SetRevisionId(revision.c_str());
   return true;
+}
+
+void RemoteTestProtocol::SetTimes(bool on) {
+  std::lock_guard<std::mutex> guard(lock);
+  times = on;
+}
+
+void RemoteTestProtocol::SetRevision(const std::u16string& id) {
+  std::lock_guard<std::mutex> guard(lock);
+  revision = id;
+}
+
+void RemoteTestProtocol::SetCanDownload(bool on) {
+  std::lock_guard<std::mutex> guard(lock);
+  canDownload = on;
+}
+
+bool RemoteTestProtocol::CanDownload() {
+  std::lock_guard<std::mutex> guard(lock);
+  return canDownload;
+}
+
+int32_t RemoteTestProtocol::Downloads() {
+  std::lock_guard<std::mutex> guard(lock);
+  return downloads;
+}
+
+bool RemoteTestProtocol::DownloadFile(const char16_t* url, const char16_t* path, LcUDownloadProgressSink*) {
+  std::lock_guard<std::mutex> guard(lock);
+  ++downloads;
+  FILE* from = std::fopen(PathOf(url).c_str(), "rb");
+  std::string target;
+  for (const char16_t* c = path; *c; ++c) target += *c == u'\\' ? '/' : char(*c);
+  FILE* to = from ? std::fopen(target.c_str(), "wb") : nullptr;
+  bool copied = to != nullptr;
+  for (int c; copied && (c = std::fgetc(from)) != EOF;) copied = std::fputc(c, to) != EOF;
+  if (to) copied = std::fclose(to) == 0 && copied;
+  if (from) std::fclose(from);
+  return copied;
 }
 
 void* RemoteTestProtocol::OpenHandle(const char16_t* url, bool) {

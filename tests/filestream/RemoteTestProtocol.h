@@ -32,6 +32,13 @@ public:
   void SetLatency(std::chrono::milliseconds latency);
   // Without it the files are streamed and no local copy is kept.
   void SetUsesLocalCache(bool on) { localCache = on; }
+  // File information gives the file's time unless turned off, and this
+  // revision id unless it is empty.
+  void SetTimes(bool on);
+  void SetRevision(const std::u16string& id);
+  // Whole downloads copy the file.
+  void SetCanDownload(bool on);
+  int32_t Downloads();
   std::vector<Call> Reads();
   int32_t CountReads(int64_t offset);
   int32_t OpenThreadHandles();
@@ -40,13 +47,13 @@ public:
   int32_t HandlesOpened();
   int32_t OpenRequests();
 
-  bool CanDownload() override { return false; }
+  bool CanDownload() override;
   bool CanStream() override { return true; }
   bool CanDownloadToSystemCache() override { return false; }
   bool UsesLocalCache() override { return localCache; }
   bool IsRemote() override { return true; }
   bool GetFileInfo(const char16_t* url, LcUFileMetaData& metadata) override;
-  bool DownloadFile(const char16_t*, const char16_t*, LcUDownloadProgressSink*) override { return false; }
+  bool DownloadFile(const char16_t* url, const char16_t* path, LcUDownloadProgressSink*) override;
   bool DownloadToCacheFile(const char16_t*, LcUDownloadProgressSink*, LcUString&) override { return false; }
   bool ReservedQuery() override { return false; }
   void* OpenHandle(const char16_t* url, bool forWriting) override;
@@ -73,6 +80,10 @@ private:
   std::chrono::milliseconds latency{0};
   bool shortReads = false;
   bool localCache = true;
+  bool times = true;
+  std::u16string revision;
+  bool canDownload = false;
+  int32_t downloads = 0;
   std::map<int64_t, int32_t> failures;
   std::vector<Call> reads;
   int32_t threadHandles = 0;

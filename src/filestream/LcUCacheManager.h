@@ -49,6 +49,8 @@ public:
   // The complete entries of the URL's leaf: a sound description naming
   // this URL, the data file at the described size, every block present.
   bool GetEntries(const char16_t* url, Entries& out);
+  // Every entry under the root, complete or not, locked or not.
+  bool GetAllEntries(Entries& out);
   // The entry of one version, if its data file is there.
   bool GetEntryFiles(const char16_t* url, const LcUFileMetaData& metadata, LcUString& directory, LcUString& path);
   // Applies the limits of the options now.

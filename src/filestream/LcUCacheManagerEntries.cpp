@@ -54,6 +54,14 @@ bool LcUCacheManager::GetEntries(const char16_t* url, Entries& out) {
   return !out.empty();
 }
 
+bool LcUCacheManager::GetAllEntries(Entries& out) {
+  out.clear();
+  LcUString root;
+  if (!GetRoot(root)) return false;
+  Scan(root, true, out);
+  return true;
+}
+
 bool LcUCacheManager::GetEntryFiles(const char16_t* url, const LcUFileMetaData& metadata, LcUString& directory,
                                     LcUString& path) {
   if (NameEntry(url, metadata, directory, path) && LcUSysFile::Exists(path.Get())) return true;

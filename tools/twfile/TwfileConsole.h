@@ -12,4 +12,8 @@ public:
   static bool IsTerminal(FILE* stream);
   // Bytes go out as they are, with no line-end translation.
   static void SetBinary(FILE* stream);
+  // A path as the platform's users write it.
+  static void ToDisplayPath(LcUString& path);
+  // Prints text as UTF-8.
+  static void Print(FILE* stream, const char16_t* text);
 };

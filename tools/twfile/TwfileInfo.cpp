@@ -1,7 +1,9 @@
 #include <cstdio>
 
 #include "TwfileCommands.h"
+#include "TwfileConsole.h"
 #include "TwfileSession.h"
+#include "filestream/LcUCacheManager.h"
 #include "environment/LcUSysTime.h"
 #include "filestream/LcUFileMetaData.h"
 #include "filestream/LcUFileProtocol.h"
@@ -32,5 +34,13 @@ TwfileOptions::Exit TwfileCommands::Info(TwfileSession& session, const TwfileOpt
   if (info.Has(LcUFileMetaData::eREVISION_ID)) PrintLine("revision", info.GetRevisionId().Get());
   if (info.Has(LcUFileMetaData::eMODIFICATION_TIME) && LcUSysTime::FormatISOTime(info.GetModificationTime(), text))
     PrintLine("modified", text.Get());
+  LcUString directory, path;
+  LcUCacheManager* cache = LcUCacheManager::GetInstance();
+  if (cache && cache->GetEntryFiles(url, info, directory, path)) {
+    TwfileConsole::ToDisplayPath(directory);
+    PrintLine("cached in", directory.Get());
+  } else {
+    PrintLine("cached in", u"(nowhere)");
+  }
   return TwfileOptions::eDONE;
 }

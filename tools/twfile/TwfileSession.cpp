@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "TwfileConsole.h"
+#include "environment/LcUAppInfo.h"
 #include "environment/LcUSysFileHandle.h"
 #include "filestream/LcUFileMetaData.h"
 #include "filestream/LcUFileProtocol.h"
@@ -10,6 +12,7 @@
 #include "filestream/LcUFileURLImpl.h"
 #include "filestream/LcUHttpFileProtocol.h"
 #include "foundation/LcUSysError.h"
+#include "options/LcUOption.h"
 
 namespace {
 struct LogTail {
@@ -41,10 +44,11 @@ size_t LogLength() {
   return length;
 }
 
-void Print(FILE* stream, const char16_t* text) {
-  LcUStringA narrow;
-  if (text && LcUString::UTF16ToUTF8(text, narrow, true) && narrow.Get()) std::fputs(narrow.Get(), stream);
-}
+// The folder the cache lives under: the user's, or the one asked for.
+class TwfileAppInfo : public LcUFixedAppInfoProvider {
+public:
+  explicit TwfileAppInfo(const char16_t* where) { folder = where; }
+};
 }  // namespace
 
 TwfileSession::TwfileSession(const TwfileOptions& options) : options(options) {
@@ -52,18 +56,36 @@ TwfileSession::TwfileSession(const TwfileOptions& options) : options(options) {
   started = LcUFileURL::Initialize();
   engine = LcUFileURL::GetInstance();
   started = started && engine;
+  if (options.cacheDir.IsNull())
+    appInfo = new LcUHomeAppInfoProvider(u"twfile");
+  else
+    appInfo = new TwfileAppInfo(options.cacheDir.Get());
+  previousAppInfo = LcUAppInfo::SetProvider(appInfo);
+  if (options.noCache) LcUOption::SetBoolean("general.localcache.enabled", false);
+  if (options.maxCacheMB >= 0) LcUOption::SetInt32("general.localcache.max_size", int32_t(options.maxCacheMB));
   logStart = LogLength();
 }
 
 TwfileSession::~TwfileSession() {
   if (options.trace) WriteTail(0, stderr);
+  LcUAppInfo::SetProvider(previousAppInfo);
+  delete appInfo;
   LcUFileURL::Terminate();
 }
 
 LcUFileURLFile* TwfileSession::Open(const char16_t* url, TwfileOptions::Exit& failure) {
   LcUFileURLFile* file = engine->Open(url, nullptr, LcUFileURLFile::eOPEN_READ, LcUSysFileHandle::eDENY_NONE);
   if (file) return file;
-  failure = Unreachable(url) ? TwfileOptions::eUNAVAILABLE : TwfileOptions::eFAILED;
+  if (!Unreachable(url)) {
+    failure = TwfileOptions::eFAILED;
+    return nullptr;
+  }
+  // No server: a complete copy in the cache serves instead.
+  LcUString copy;
+  if (engine->FindBestCachedCopy(url, copy) &&
+      (file = engine->Open(copy.Get(), nullptr, LcUFileURLFile::eOPEN_READ, LcUSysFileHandle::eDENY_NONE)))
+    return file;
+  failure = TwfileOptions::eUNAVAILABLE;
   return nullptr;
 }
 
@@ -78,7 +100,7 @@ TwfileOptions::Exit TwfileSession::Fail(TwfileOptions::Exit code, const char* wh
   std::fprintf(stderr, "twfile: %s", what);
   if (subject) {
     std::fputs(" ", stderr);
-    Print(stderr, subject);
+    TwfileConsole::Print(stderr, subject);
   }
   std::fputs("\n", stderr);
   // The trace goes out whole at the end; without it, the report is here.

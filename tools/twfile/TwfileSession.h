@@ -5,6 +5,7 @@
 
 #include "TwfileOptions.h"
 
+class LcUAppInfoProvider;
 class LcUFileURLFile;
 class LcUFileURLImpl;
 
@@ -19,7 +20,8 @@ public:
 
   bool Started() const { return started; }
   LcUFileURLImpl* Engine() const { return engine; }
-  // The file opened for reading; on failure the exit code says why.
+  // The file opened for reading, or with no server its complete cached
+  // copy; on failure the exit code says why.
   LcUFileURLFile* Open(const char16_t* url, TwfileOptions::Exit& failure);
   // A remote location whose server gives no answer at all: unavailable
   // now, rather than failed.
@@ -31,6 +33,8 @@ private:
   const TwfileOptions& options;
   LcUFileURLImpl* engine = nullptr;
   bool started = false;
+  LcUAppInfoProvider* appInfo = nullptr;
+  LcUAppInfoProvider* previousAppInfo = nullptr;
   // How much of the log the start wrote: the report begins behind it.
   size_t logStart = 0;
 };

@@ -2,6 +2,7 @@
 //   twfile info URL
 //   twfile cat URL [--offset N] [--length N]
 //   twfile get URL FILE
+//   twfile cache list|evict|clear
 // Options for every command: --no-cache, --cache-dir DIR, --max-cache MB, --trace.
 #include <cstdio>
 
@@ -14,7 +15,8 @@ const char kUsage[] =
     "usage: twfile info URL\n"
     "       twfile cat URL [--offset N] [--length N]\n"
     "       twfile get URL FILE\n"
-    "options: --no-cache  --cache-dir DIR  --max-cache MB  --trace\n"
+    "       twfile cache list|evict|clear\n"
+    "options: --no-cache  --cache-dir DIR (the cache is DIR/LocalCache)  --max-cache MB  --trace\n"
     "exit codes: 0 done, 1 bad arguments, 2 failed, 3 unavailable now\n";
 
 struct Command {
@@ -26,6 +28,7 @@ const Command kCommands[] = {
     {u"info", 1, &TwfileCommands::Info},
     {u"cat", 1, &TwfileCommands::Cat},
     {u"get", 2, &TwfileCommands::Get},
+    {u"cache", 1, &TwfileCommands::Cache},
 };
 
 int BadArguments(const char16_t* why) {
@@ -53,6 +56,9 @@ int main(int argc, char** argv) {
                    command.operands == 1 ? u"" : u"s");
       return BadArguments(error.Get());
     }
+    if (command.run == &TwfileCommands::Cache && !LcUString::Equal(options.operands[0].Get(), u"list") &&
+        !LcUString::Equal(options.operands[0].Get(), u"evict") && !LcUString::Equal(options.operands[0].Get(), u"clear"))
+      return BadArguments(u"cache takes list, evict or clear");
     TwfileSession session(options);
     if (!session.Started()) return session.Fail(TwfileOptions::eFAILED, "cannot start the streamed-file components");
     return command.run(session, options);

@@ -10,3 +10,5 @@ void TwfileConsole::GetArguments(int argc, char** argv, std::vector<LcUString>& 
 bool TwfileConsole::IsTerminal(FILE* stream) { return isatty(fileno(stream)) != 0; }
 
 void TwfileConsole::SetBinary(FILE*) {}
+
+void TwfileConsole::ToDisplayPath(LcUString& path) { path.Replace(u"\\", u"/", 0, true); }

@@ -15,3 +15,5 @@ void TwfileConsole::GetArguments(int, char**, std::vector<LcUString>& out) {
 bool TwfileConsole::IsTerminal(FILE* stream) { return _isatty(_fileno(stream)) != 0; }
 
 void TwfileConsole::SetBinary(FILE* stream) { _setmode(_fileno(stream), _O_BINARY); }
+
+void TwfileConsole::ToDisplayPath(LcUString&) {}

@@ -12,6 +12,8 @@
 #include "foundation/LcUDeletable.h"
 #include "foundation/LcUMemory.h"
 #include "foundation/LcUMemoryPool.h"
+#include "foundation/LcUString.h"
+#include "foundation/LcUSysError.h"
 
 using ErrorTesting::Logged;
 using ErrorTesting::LogText;
@@ -332,4 +334,31 @@ TEST(LcUMemoryDeathTest, SizesAboveTheLimitAreFatal) {
         LcUMemory::Alloc(0x7FF00001, 8, 0);
       },
       "");
+}
+
+// Strings bring the allocator up and take it down again: a stop in order
+// leaves no component in the chain and nothing to report.
+TEST(LcUMemoryLifecycleTest, StringsStartAndStopTheAllocator) {
+  ASSERT_EQ(LcUMemory::component.initCount, 0);
+  ASSERT_TRUE(LcUString::Initialize());
+  EXPECT_EQ(LcUMemory::component.initCount, 1);
+  {
+    LcUString text(u"held while up");
+    EXPECT_GT(LcUMemory::GetArenaBytes(), 0u);
+  }
+  std::string log = Logged([] { LcUString::Terminate(); });
+  EXPECT_EQ(LcUMemory::component.initCount, 0);
+  EXPECT_EQ(LcUSysError::component.initCount, 0);
+  EXPECT_EQ(log.find("still"), std::string::npos) << log;
+
+  // A block left over is reported, and the allocator stays up for it.
+  ASSERT_TRUE(LcUString::Initialize());
+  void* block = LcUMemory::Alloc(40, 8, 0);
+  log = Logged([] { LcUString::Terminate(); });
+  EXPECT_NE(log.find("40 arena bytes still allocated at LcUMemory::Terminate. Not terminating."), std::string::npos)
+      << log;
+  EXPECT_EQ(LcUMemory::component.initCount, 1);
+  LcUMemory::Free(block, 40, 8);
+  LcUMemory::Terminate();
+  EXPECT_EQ(LcUMemory::component.initCount, 0);
 }

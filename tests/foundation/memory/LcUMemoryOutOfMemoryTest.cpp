@@ -17,7 +17,9 @@ namespace {
 class AddressSpaceHog {
 public:
   AddressSpaceHog() { held.reserve(4096); }
-  ~AddressSpaceHog() {
+  ~AddressSpaceHog() { ReleaseAll(); }
+  // Before any check: reports need memory.
+  void ReleaseAll() {
     while (ReleaseOne()) {
     }
   }
@@ -49,20 +51,24 @@ Call calls[16];
 int callCount = 0;
 // Answers of the handler, in turn: 0 declines, 1 frees space and retries.
 const int* answers = nullptr;
+int answerCount = 0;
 
 int Handler(uint64_t size, uint32_t tryOnly) {
   if (callCount < 16) calls[callCount] = {size, tryOnly};
-  int answer = answers[callCount++];
+  int answer = callCount < answerCount ? answers[callCount] : 0;
+  ++callCount;
   // Allocating here would deadlock if the allocator's lock were held.
   LcUMemory::Free(LcUMemory::Alloc(24, 8, 1), 24, 8);
   return answer && hog->ReleaseOne();
 }
 
-void Start(const int* script) {
+template <int N>
+void Start(const int (&script)[N]) {
   LcUMemory::Initialize();
   static AddressSpaceHog space;
   hog = &space;
   answers = script;
+  answerCount = N;
   callCount = 0;
   LcUMemory::SetOutOfMemoryHandler(Handler);
   // Keeps a region of the handler's own size in place.
@@ -100,18 +106,21 @@ TEST(LcUMemoryOutOfMemoryTest, HandlerRetriesArenaRegionAndHeap) {
     Start(script);
     hog->Fill();
     void* arena = LcUMemory::Alloc(508, 4, 0);
+    hog->ReleaseAll();
     checks.Expect(arena != nullptr, "arena block after the retry");
     ExpectCall(checks, 0, 508, 0);
 
     hog->Fill();
     const uint64_t large = uint64_t(16) << 20;
     void* region = LcUMemory::Alloc(large, 8, 0);
+    hog->ReleaseAll();
     checks.Expect(region && reinterpret_cast<uintptr_t>(region) % 65536 == 0, "a region after the retry");
     ExpectCall(checks, 1, large, 1);
 
     hog->Fill();
     const uint64_t heapSize = 3000000;
     void* heap = LcUMemory::Alloc(heapSize, 8, 0);
+    hog->ReleaseAll();
     checks.Expect(heap != nullptr, "heap block after the retry");
     ExpectCall(checks, 2, heapSize, 0);
     checks.Expect(callCount == 3, "one call each");
@@ -134,6 +143,7 @@ TEST(LcUMemoryOutOfMemoryTest, RefusedRegionFallsBackToTheHeap) {
     hog->Fill();
     const uint64_t large = uint64_t(16) << 20;
     auto* block = static_cast<unsigned char*>(LcUMemory::Alloc(large, 8, 0));
+    hog->ReleaseAll();
     ExpectCall(checks, 0, large, 1);
     ExpectCall(checks, 1, large + 16, 0);
     checks.Expect(block && reinterpret_cast<uintptr_t>(block) % 65536 != 0, "a heap block off the boundary");
@@ -154,7 +164,9 @@ TEST(LcUMemoryOutOfMemoryTest, FailedReallocKeepsTheOldBlock) {
     std::memset(block, 'k', 100);
     hog->Fill();
     uint64_t arenaBytes = LcUMemory::GetArenaBytes();
-    checks.Expect(LcUMemory::Realloc(block, 100, 3000000, 8) == nullptr, "the move fails");
+    void* moved = LcUMemory::Realloc(block, 100, 3000000, 8);
+    hog->ReleaseAll();
+    checks.Expect(moved == nullptr, "the move fails");
     checks.Expect(callCount == 1, "after asking the handler");
     checks.Expect(block[0] == 'k' && block[99] == 'k', "the contents stay");
     checks.Expect(LcUMemory::GetArenaBytes() == arenaBytes && LcUMemory::GetMallocBytes() == 0, "counters stay");

@@ -362,3 +362,52 @@ TEST(LcUMemoryLifecycleTest, StringsStartAndStopTheAllocator) {
   LcUMemory::Terminate();
   EXPECT_EQ(LcUMemory::component.initCount, 0);
 }
+
+// Size 36: 40-byte blocks, four 16384-byte pages to a 65536-byte region.
+// Each damage is made for real in a live region, seen with its message,
+// and undone.
+TEST_F(LcUMemoryTest, CheckMemoryReportsEachDamageOfARegion) {
+  struct Region {
+    uintptr_t next, prev;
+    uint64_t freePagesMask, uncommittedPagesMask;
+  };
+  struct Page {
+    uintptr_t freeList;
+    uint32_t usedCount;
+  };
+  char* blocks[3];
+  for (char*& b : blocks) b = static_cast<char*>(LcUMemory::Alloc(36, 4, 0));
+  LcUMemory::Free(blocks[1], 36, 4);
+  auto* region = reinterpret_cast<Region*>(reinterpret_cast<uintptr_t>(blocks[0]) & ~uintptr_t(0xFFFF));
+  auto* page = reinterpret_cast<Page*>(reinterpret_cast<char*>(region) + 32);
+  ASSERT_EQ(page->freeList, reinterpret_cast<uintptr_t>(blocks[1]));
+  uintptr_t first = reinterpret_cast<uintptr_t>(page) + 16;
+  struct Damage {
+    const char* expected;
+    uint64_t* field;
+    uint64_t value;
+  };
+  const Damage damages[] = {
+      {"has invalid next pointer", reinterpret_cast<uint64_t*>(&region->next), region->next + 8},
+      {"has invalid prev pointer", reinterpret_cast<uint64_t*>(&region->prev), region->prev + 8},
+      {"has invalid uncommited pages mask", &region->uncommittedPagesMask, region->uncommittedPagesMask | 1},
+      {"has invalid free pages mask", &region->freePagesMask, region->freePagesMask | 16},
+      {"has invalid used blocks", reinterpret_cast<uint64_t*>(&page->freeList) + 1, (16384 - 48) / 40 + 1},
+      {"is out of range for page", reinterpret_cast<uint64_t*>(blocks[1]), first - 40},
+      {"points into middle of block", reinterpret_cast<uint64_t*>(blocks[1]), first + 4},
+  };
+  EXPECT_TRUE(LcUMemory::CheckMemory());
+  for (const Damage& d : damages) {
+    SCOPED_TRACE(d.expected);
+    uint64_t kept = *d.field;
+    *d.field = d.value;
+    bool good = true;
+    std::string log = Logged([&] { good = LcUMemory::CheckMemory(); });
+    *d.field = kept;
+    EXPECT_FALSE(good);
+    EXPECT_NE(log.find(d.expected), std::string::npos) << log;
+    EXPECT_TRUE(LcUMemory::CheckMemory());
+  }
+  LcUMemory::Free(blocks[0], 36, 4);
+  LcUMemory::Free(blocks[2], 36, 4);
+}

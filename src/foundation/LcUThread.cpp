@@ -63,7 +63,9 @@ int32_t LcUThread::GetProcessorCount() {
 }
 
 LcUThread::~LcUThread() {
-  if (running) Note(2, this, u"LcUThread::~LcUThread - Thread still running");
+  if (!running) return;
+  Note(2, this, u"LcUThread::~LcUThread - Thread still running");
+  Release();
 }
 
 bool LcUThread::Create(LcUThreadFunction function, void* argument, int32_t priority) {

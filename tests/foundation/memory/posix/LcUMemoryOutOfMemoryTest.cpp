@@ -4,7 +4,7 @@
 #include <cstring>
 #include <vector>
 
-#include "../ErrorTesting.h"
+#include "../../ErrorTesting.h"
 #include "foundation/LcUMemory.h"
 #include "foundation/LcUSysMemory.h"
 
@@ -16,20 +16,26 @@ namespace {
 // Takes the whole free address space in reservations, largest first.
 class AddressSpaceHog {
 public:
-  AddressSpaceHog() { held.reserve(4096); }
+  AddressSpaceHog() { held.reserve(eMAX_HELD); }
   ~AddressSpaceHog() { ReleaseAll(); }
   // Before any check: reports need memory.
   void ReleaseAll() {
     while (ReleaseOne()) {
     }
   }
+  // Without the handler: the reservations' own bookkeeping allocates, and
+  // the handler would release reservations under its lock.
   void Fill() {
+    GrowStack();
+    WarmHeap();
+    LcUOutOfMemoryHandler handler = LcUMemory::SetOutOfMemoryHandler(nullptr);
     for (uint64_t size = uint64_t(1) << 46; size >= 65536 && held.size() < held.capacity();) {
       if (void* space = LcUSysMemory::Reserve(nullptr, size, 0))
         held.push_back(space);
       else
         size /= 2;
     }
+    LcUMemory::SetOutOfMemoryHandler(handler);
   }
   bool ReleaseOne() {
     if (held.empty()) return false;
@@ -39,6 +45,22 @@ public:
   }
 
 private:
+  static constexpr size_t eMAX_HELD = 512;
+  // Leaves freed small blocks in the heap for the bookkeeping of each
+  // reservation, which the heap can no longer grow for.
+  static void WarmHeap() {
+    std::vector<char*> blocks;
+    blocks.reserve(eMAX_HELD * 2);
+    for (size_t i = 0; i < blocks.capacity(); ++i) blocks.push_back(new char[48]);
+    for (char* b : blocks) delete[] b;
+  }
+  // The stack cannot grow once the space below it is taken: take its room
+  // for the checks and reports ahead.
+  static void GrowStack() {
+    volatile char room[1 << 20];
+    room[0] = 0;
+    room[sizeof(room) - 1] = 0;
+  }
   std::vector<void*> held;
 };
 

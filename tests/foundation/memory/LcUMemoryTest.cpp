@@ -13,6 +13,7 @@
 #include "foundation/LcUMemory.h"
 #include "foundation/LcUMemoryPool.h"
 #include "foundation/LcUString.h"
+#include "foundation/LcUStringPtr.h"
 #include "foundation/LcUSysError.h"
 
 using ErrorTesting::Logged;
@@ -222,16 +223,21 @@ int DeclineSecondCall(uint64_t, uint32_t) {
 }  // namespace
 
 // operator new's failure path reaches the handler, which may ask for one
-// more attempt; declining leaves the runtime's own failure.
+// more attempt; a refusal fails that request only, and the next one reaches
+// the handler again.
 TEST_F(LcUMemoryTest, OutOfMemoryHandlerServesOperatorNew) {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
   GTEST_SKIP() << "the sanitizer stops on impossible sizes before any handler";
 #endif
+  handlerCalls = 0;
   EXPECT_EQ(LcUMemory::SetOutOfMemoryHandler(DeclineSecondCall), nullptr);
-  void* impossible = ::operator new(size_t(1) << 62, std::nothrow);
-  EXPECT_EQ(impossible, nullptr);
+  EXPECT_EQ(::operator new(size_t(1) << 62, std::nothrow), nullptr);
   EXPECT_EQ(handlerCalls, 2);
+  EXPECT_EQ(::operator new(size_t(1) << 62, std::nothrow), nullptr);
+  EXPECT_EQ(handlerCalls, 3) << "still connected after the refusal";
   EXPECT_EQ(LcUMemory::SetOutOfMemoryHandler(nullptr), DeclineSecondCall);
+  EXPECT_EQ(::operator new(size_t(1) << 62, std::nothrow), nullptr);
+  EXPECT_EQ(handlerCalls, 3);
 }
 
 TEST_F(LcUMemoryTest, RandomMixAcrossAllTiersKeepsContents) {
@@ -410,4 +416,22 @@ TEST_F(LcUMemoryTest, CheckMemoryReportsEachDamageOfARegion) {
   }
   LcUMemory::Free(blocks[0], 36, 4);
   LcUMemory::Free(blocks[2], 36, 4);
+}
+
+// The compact forms give back exactly what they took, as they recompute it.
+TEST_F(LcUMemoryTest, CompactStringsGiveBackTheirExactSize) {
+  {
+    LcUStringPtr wide(u"seven u");
+    LcUStringPtrA narrow("nine byte");
+    // 16 and 10 bytes, each rounded to 16.
+    EXPECT_EQ(LcUMemory::GetArenaBytes(), 32u);
+    wide = u"a much longer text than before";
+    narrow.ClearPtr();
+    // 62 bytes rounded to 64, and one byte counted as an 8-aligned block.
+    EXPECT_EQ(LcUMemory::GetArenaBytes(), 72u);
+    LcUStringPtr copy(wide);
+    wide.Free();
+    EXPECT_EQ(LcUMemory::GetArenaBytes(), 72u);
+  }
+  EXPECT_EQ(LcUMemory::GetArenaBytes(), 0u);
 }

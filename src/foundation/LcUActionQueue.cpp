@@ -60,7 +60,9 @@ void LcUActionQueue::Run(int32_t threadIndex) {
     LcUAction* action = actions.front();
     actions.pop_front();
     if (!refuseWhenFull && int32_t(actions.size()) == maxActions - 1) notFull.WakeAll();
-    if (actions.empty()) empty.Wake();
+    // Every waiter for the emptied queue and the finished action is woken:
+    // WaitForEmpty and Stop, Pause and WaitForAction may wait side by side.
+    if (actions.empty()) empty.WakeAll();
     ++activeCount;
     lock.Unlock();
 
@@ -75,7 +77,7 @@ void LcUActionQueue::Run(int32_t threadIndex) {
 
     lock.Lock();
     --activeCount;
-    actionDone.Wake();
+    actionDone.WakeAll();
     lock.Unlock();
   }
   lock.Unlock();
@@ -158,7 +160,11 @@ void LcUActionQueue::RemoveAll(ActionList& out, bool stayPaused) {
   if (!stayPaused) Pause();
   lock.Lock();
   out.insert(out.end(), actions.begin(), actions.end());
-  actions.clear();
+  if (!actions.empty()) {
+    actions.clear();
+    empty.WakeAll();
+    notFull.WakeAll();
+  }
   if (!stayPaused) ClearPaused();
   lock.Unlock();
 }

@@ -11,6 +11,7 @@ LcUComponent LcUError::component;
 
 namespace {
 constexpr int eNONE = 5;
+constexpr uint32_t eUTF8 = 65001;
 const char* const eNAMES[] = {"ERROR", "WARNING", "PRECONDITION", "ASSERT", "DEBUG", ""};
 
 LcUErrorHook fatalTextHook = nullptr;
@@ -22,7 +23,8 @@ void PostNarrow(int severity, LcUComponent* component, int32_t id, void* data, c
   {
     LcUErrorScratch& scratch = LcUErrorScratch::Get();
     std::lock_guard<std::recursive_mutex> guard(scratch.lock);
-    LcUString::MultiByteToWide(scratch.Format(format, args), message);
+    // Narrow text in the foundation is UTF-8, as the log is.
+    LcUString::MultiByteToWide(scratch.Format(format, args), message, eUTF8);
   }
   LcUSysError::Post(severity, component, id, data, message.Get() ? message.Get() : u"");
 }

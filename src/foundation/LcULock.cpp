@@ -17,5 +17,5 @@ void LcULock::Terminate() {
 }
 
 void LcULock::Report(int32_t code, void* data, const char16_t* message) {
-  LcUSysError::Post(LcUError::eERROR, &component, code, data, message);
+  LcUSysError::Note(LcUError::eERROR, &component, code, data, message);
 }

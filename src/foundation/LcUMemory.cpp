@@ -87,8 +87,7 @@ void* LcUMemory::ArenaAlloc(LcUMemoryArena* arena, uint64_t counted, uint64_t si
     if (block) LcUMemoryState::Add(s.arenaBytes, counted);
     s.lock.Unlock();
     if (block) return block;
-    LcUOutOfMemoryHandler handler = s.handler;
-    if (!handler || !handler(size, tryOnly)) return nullptr;
+    if (!Retry(size, tryOnly)) return nullptr;
   }
 }
 

@@ -75,6 +75,8 @@ private:
   static void ReleaseArenas();
   static void StopReleasing();
   static std::atomic<bool> exiting;
+  // Asks the out-of-memory handler, never under the lock; true to try again.
+  static bool Retry(uint64_t size, uint32_t tryOnly);
   static void NewHandlerThunk();
   // The platform heap's exact measure of a block.
   static uint64_t HeapBlockSize(void* block);

@@ -9,15 +9,17 @@ namespace {
 constexpr unsigned char eNEAR_OFFSET = 8, eFAR_OFFSET = 16;
 }
 
+// The heap is asked outside the lock, so that a failure can go to the
+// handler, which may free memory through this allocator, and be retried.
 void* LcUMemory::MallocAlloc(uint64_t size, uint32_t tryOnly) {
   LcUMemoryState& s = memoryState;
   if (!tryOnly && size > LcUMemoryState::eBAD_SIZE) BadSize(size);
-  // The new-mode value pairs this call's tryOnly with the new-handler.
+  void* block;
+  while (!(block = std::malloc(size)))
+    if (!Retry(size, tryOnly)) return nullptr;
+  uint64_t measure = HeapBlockSize(block);
   s.lock.Lock();
-  s.newMode = tryOnly;
-  void* block = std::malloc(size);
-  s.newMode = 0;
-  if (block) LcUMemoryState::Add(s.mallocBytes, HeapBlockSize(block));
+  LcUMemoryState::Add(s.mallocBytes, measure);
   s.lock.Unlock();
   return block;
 }
@@ -30,15 +32,14 @@ void* LcUMemory::MallocRealloc(void* block, uint64_t size, uint32_t tryOnly) {
     return nullptr;
   }
   if (!tryOnly && size > LcUMemoryState::eBAD_SIZE) BadSize(size);
-  s.lock.Lock();
   uint64_t before = HeapBlockSize(block);
-  s.newMode = tryOnly;
-  void* moved = std::realloc(block, size);
-  s.newMode = 0;
-  if (moved) {
-    LcUMemoryState::Sub(s.mallocBytes, before);
-    LcUMemoryState::Add(s.mallocBytes, HeapBlockSize(moved));
-  }
+  void* moved;
+  while (!(moved = std::realloc(block, size)))
+    if (!Retry(size, tryOnly)) return nullptr;
+  uint64_t after = HeapBlockSize(moved);
+  s.lock.Lock();
+  LcUMemoryState::Sub(s.mallocBytes, before);
+  LcUMemoryState::Add(s.mallocBytes, after);
   s.lock.Unlock();
   return moved;
 }
@@ -54,7 +55,7 @@ void LcUMemory::MallocFree(void* block) {
 
 void* LcUMemory::RegionAlloc(uint64_t size) {
   LcUMemoryState& s = memoryState;
-  void* block = LcUSysMemory::Alloc(size, 0, false);
+  void* block = LcUSysMemory::ReserveCommitted(size);
   if (!block) return nullptr;
   s.lock.Lock();
   LcUMemoryState::Add(s.regionBytes, size);
@@ -77,8 +78,7 @@ void* LcUMemory::LargeAlloc(uint64_t size, uint32_t tryOnly) {
   LcUMemoryState& s = memoryState;
   for (;;) {
     if (void* block = RegionAlloc(size)) return block;
-    LcUOutOfMemoryHandler handler = s.handler;
-    if (!handler || !handler(size, 1)) break;
+    if (!Retry(size, 1)) break;
   }
   unsigned char* heap = static_cast<unsigned char*>(MallocAlloc(size + 16, tryOnly));
   if (!heap) return nullptr;
@@ -104,12 +104,15 @@ void LcUMemory::LargeFree(void* block, uint64_t size) {
   MallocFree(bytes - offset);
 }
 
+bool LcUMemory::Retry(uint64_t size, uint32_t tryOnly) {
+  LcUOutOfMemoryHandler handler = memoryState.handler;
+  return handler && handler(size, tryOnly) != 0;
+}
+
+// A declined request fails the way the runtime's new fails without a
+// handler; the handler stays installed for the next one.
 void LcUMemory::NewHandlerThunk() {
-  LcUMemoryState& s = memoryState;
-  LcUOutOfMemoryHandler handler = s.handler;
-  if (handler && handler(0, s.newMode)) return;
-  // Declined: without a handler the runtime's new reports the failure itself.
-  std::set_new_handler(nullptr);
+  if (!Retry(0, 0)) throw std::bad_alloc();
 }
 
 LcUOutOfMemoryHandler LcUMemory::SetOutOfMemoryHandler(LcUOutOfMemoryHandler handler) {

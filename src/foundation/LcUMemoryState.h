@@ -37,7 +37,6 @@ struct LcUMemoryState {
   std::atomic<LcUOutOfMemoryHandler> handler{nullptr};
   std::atomic<Callback*> callbacks{nullptr};
   bool scrub = false, check = false, mediumEnabled = true;
-  uint32_t newMode = 0;
   uint64_t pageSize = 4096, regionSize = 65536, largeLimit = 65536 * 128;
   LcUCriticalSection lock;
 

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "foundation/LcUMemory.h"
 #include "foundation/LcUSysCodePage.h"
 #include "foundation/LcUSysError.h"
 #include "foundation/LcUUtf8.h"
@@ -32,6 +33,7 @@ struct NoSink {
 bool LcUString::Initialize() {
   if (LcUSysError::RegisterComponent(&component, "LcUString") != 1) return true;
   LcUSysError::InitSysError();
+  LcUMemory::Initialize();
   available = true;
   return true;
 }
@@ -39,6 +41,7 @@ bool LcUString::Initialize() {
 void LcUString::Terminate() {
   if (LcUSysError::UnregisterComponent(&component) != 1) return;
   available = false;
+  LcUMemory::Terminate();
   LcUSysError::TermSysError();
 }
 

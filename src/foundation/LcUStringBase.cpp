@@ -204,7 +204,8 @@ void LcUStringBase<Unit>::SetLength(int32_t n) {
     length = 0;
     return;
   }
-  // The last unit of the capacity is the furthest a terminator can go.
+  // A terminator "at index capacity" would lie one past the buffer; it goes
+  // on the last unit instead, which keeps length below capacity.
   int32_t last = capacity - 1;
   if (n == -1) {
     int32_t i = 0;

@@ -3,11 +3,11 @@
 #include "foundation/LcUMemory.h"
 
 namespace {
-// Strings can live in statics, before any start and after every stop, so
-// the allocator is started on the first allocation and kept for the process.
+// Strings are started before use and bring the allocator up with them. One
+// that allocates while the allocator is down (a static, or a program that
+// never starts the strings) starts it on its own; that start is never undone.
 void EnsureAllocator() {
-  static const bool started = LcUMemory::Initialize();
-  (void)started;
+  if (LcUMemory::component.initCount == 0) LcUMemory::Initialize();
 }
 }  // namespace
 
@@ -27,5 +27,6 @@ void* LcUStringMemory::Alloc(uint64_t size, uint64_t* granted) {
 // Callers give back either the granted size or the size they asked for;
 // rounding both ways lands on the same block size.
 void LcUStringMemory::Free(void* block, uint64_t size) {
+  if (!block) return;
   LcUMemory::Free(block, GoodSize(size), 8);
 }

@@ -12,7 +12,6 @@ namespace {
 void Echo(const char* prefix, const char* name) {
   LcUSysError::Log(prefix);
   LcUSysError::Log(name);
-  LcUSysError::Log("\n");
 }
 
 void ClearHandlers(LcUComponent* record) {
@@ -57,7 +56,7 @@ int LcUSysError::RegisterComponent(LcUComponent* record, const char* name) {
   if (!s.registering) {
     s.registering = true;
     if (s.console) Echo("Init: ", name);
-    if (NameTaken(name)) Post(0, &component, -1, nullptr, u"Component with name already registered.");
+    if (NameTaken(name)) Note(0, &component, -1, nullptr, u"Component with name already registered.");
     s.registering = false;
   }
   record->name = name;

@@ -34,6 +34,10 @@ public:
   static int PostFixed(int severity, LcUComponent* component, int32_t id, void* data, int startLevel,
                        const char16_t* message);
 
+  // A report that is survived: its log line only, no handler and never the
+  // fatal stop.
+  static void Note(int severity, LcUComponent* component, int32_t id, void* data, const char16_t* message);
+
   // Severity -1 is the handler for all severities. An id other than -1 needs
   // a component. Handlers are meant to be set during start-up.
   static bool SetHandler(int severity, LcUComponent* component, int32_t id, LcUErrorHandler handler);

@@ -146,7 +146,7 @@ void LcUSysError::Log(const char* text) {
   if (!text) text = "(null)";
   size_t length = std::strlen(text);
   if (length >= eLOG_BUFFER_SIZE) {
-    Post(0, &component, -1, nullptr, u"Too long to log");
+    Note(0, &component, -1, nullptr, u"Too long to log");
     return;
   }
   LcUSysErrorState& s = sysErrorState;

@@ -103,14 +103,18 @@ int LcUSysError::Post(int severity, LcUComponent* component, int32_t id, void* d
   return PostFixed(severity, component, id, data, startLevel, message);
 }
 
+void LcUSysError::Note(int severity, LcUComponent* component, int32_t id, void* data, const char16_t* message) {
+  if (LcUErrorHandler pre = sysErrorState.preHandler)
+    pre(severity, component, id, data, message);
+  else
+    LogRaw(component, message);
+}
+
 // Handlers are read as they stand at each step: a handler may change them.
 int LcUSysError::PostFixed(int severity, LcUComponent* component, int32_t id, void* data, int startLevel,
                            const char16_t* message) {
   LcUSysErrorState& s = sysErrorState;
-  if (s.preHandler)
-    s.preHandler(severity, component, id, data, message);
-  else
-    LogRaw(component, message);
+  Note(severity, component, id, data, message);
 
   auto handled = [&](LcUErrorHandler handler) {
     return handler && handler(severity, component, id, data, message) != 0;

@@ -66,12 +66,12 @@ void* LcUSysMemory::ReserveAligned(uint64_t size, int32_t flags) {
     if (!result) ++failures;
   }
   if (failures)
-    DebugOutput("LcUSysMemory::ReserveAligned: Allocating at %llx, size %lld, returned 0 %d times\n",
-                (unsigned long long)wanted, (long long)size, failures);
+    DebugOutput("LcUSysMemory::ReserveAligned: Allocating at %x, size %d, returned 0 %d times\n", unsigned(wanted),
+                int(size), failures);
   if (!result) LcUSysError::Fatal();
   if (uint64_t(reinterpret_cast<uintptr_t>(result)) != wanted) {
-    DebugOutput("LcUSysMemory::ReserveAligned: Allocating at %llx, size %lld, returned block at %llx\n",
-                (unsigned long long)wanted, (long long)size, (unsigned long long)reinterpret_cast<uintptr_t>(result));
+    DebugOutput("LcUSysMemory::ReserveAligned: Allocating at %x, size %d, returned block at %x\n", unsigned(wanted),
+                int(size), unsigned(reinterpret_cast<uintptr_t>(result)));
     LcUSysError::Fatal();
   }
   return result;
@@ -125,7 +125,7 @@ uint64_t LcUSysMemory::CalcProcessAddressSpaceLimit() {
   uint64_t sum = GetAddressSpaceUsage(p, mapped, image, r, f, largest);
   SystemInfo info = ReadSystemInfo();
   if (sum >= info.totalVirtual) return sum - image - mapped - eHEADROOM;
-  LcUError::PostF(LcUError::eWARNING, &component, "CalcProcessAddressSpaceUsage returned %lld", (long long)sum);
+  LcUError::PostF(LcUError::eWARNING, &component, "CalcProcessAddressSpaceUsage returned %d", int(sum));
   return info.totalPhysical;
 }
 
@@ -133,10 +133,9 @@ void LcUSysMemory::LogMemStats() {
   uint64_t p, m, i, r, f, largest;
   uint64_t total = GetAddressSpaceUsage(p, m, i, r, f, largest);
   DebugOutput(
-      "LcUSysMemory::LogMemStats (MB): private(%lld), mapped(%lld), image(%lld), reserved(%lld), free(%lld), "
-      "max contiguous free(%lld), total(%lld)\n",
-      (long long)(p >> 20), (long long)(m >> 20), (long long)(i >> 20), (long long)(r >> 20), (long long)(f >> 20),
-      (long long)(largest >> 20), (long long)(total >> 20));
+      "LcUSysMemory::LogMemStats (MB): private(%d), mapped(%d), image(%d), reserved(%d), free(%d), "
+      "max contiguous free(%d), total(%d)\n",
+      int(p >> 20), int(m >> 20), int(i >> 20), int(r >> 20), int(f >> 20), int(largest >> 20), int(total >> 20));
 }
 
 void LcUSysMemory::LogHeapStats() {

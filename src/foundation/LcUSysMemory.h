@@ -24,6 +24,8 @@ public:
   static void* ReserveRegion(uint64_t size, int32_t flags, bool aligned);
   // Reserves and commits; a failed commit leaves the reservation behind.
   static void* Alloc(uint64_t size, int32_t flags, bool aligned);
+  // Reserves and commits in one step: on failure nothing stays reserved.
+  static void* ReserveCommitted(uint64_t size);
   static bool Commit(void* address, uint64_t size);
   static bool Decommit(void* address, uint64_t size);
   // Releases the whole reservation that starts at address.

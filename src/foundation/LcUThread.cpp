@@ -19,6 +19,11 @@ void Report(int32_t code, void* data, const char16_t* message) {
   LcUSysError::Post(LcUError::eERROR, &LcUThread::component, code, data, message);
 }
 
+// A thread left running or a failed wait is survived.
+void Note(int32_t code, void* data, const char16_t* message) {
+  LcUSysError::Note(LcUError::eERROR, &LcUThread::component, code, data, message);
+}
+
 void AddToCount(int32_t delta) {
   countLock.Lock();
   if (delta > 0 || threadCount > 1) threadCount += delta;
@@ -58,7 +63,9 @@ int32_t LcUThread::GetProcessorCount() {
 }
 
 LcUThread::~LcUThread() {
-  if (running) Report(2, this, u"LcUThread::~LcUThread - Thread still running");
+  if (!running) return;
+  Note(2, this, u"LcUThread::~LcUThread - Thread still running");
+  Release();
 }
 
 bool LcUThread::Create(LcUThreadFunction function, void* argument, int32_t priority) {
@@ -74,7 +81,7 @@ bool LcUThread::Create(LcUThreadFunction function, void* argument, int32_t prior
 
 bool LcUThread::WaitForCompletion() {
   bool joined = Join();
-  if (!joined) Report(1, this, u"LcUThread::WaitForCompletion - Wait failed");
+  if (!joined) Note(1, this, u"LcUThread::WaitForCompletion - Wait failed");
   running = false;
   AddToCount(-1);
   return joined;

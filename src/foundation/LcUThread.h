@@ -37,6 +37,8 @@ private:
   // The platform's own priority value; the platform maps it where it must.
   bool Launch(LcUThreadFunction function, void* argument, int32_t platformPriority);
   bool Join();
+  // Lets a thread that is still running go on without this object.
+  void Release();
   static int32_t CountProcessors();
 
 #ifdef _WIN32

@@ -1,11 +1,13 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <memory>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "ErrorTesting.h"
 #include "foundation/LcUActionQueue.h"
 #include "foundation/LcULock.h"
 #include "foundation/LcUSemaphore.h"
@@ -93,7 +95,11 @@ TEST_F(LcUActionQueueTest, StartsItsComponentsAndStopsThemInReverse) {
   EXPECT_EQ(order, (std::vector<std::string>{"LcUThread", "LcULock"}));
   EXPECT_GE(LcUThread::component.initCount, 1);
   EXPECT_GE(LcULock::component.initCount, 1);
-  LcUActionQueue::Terminate();
+  // The console echo logs the chain's stops in their order.
+  LcUSysError::SetConsole(true);
+  std::string stops = ErrorTesting::Logged([] { LcUActionQueue::Terminate(); });
+  LcUSysError::SetConsole(false);
+  EXPECT_NE(stops.find("Term: LcUActionQueueTerm: LcULockTerm: LcUThread"), std::string::npos) << stops;
   EXPECT_EQ(LcUThread::component.initCount, 0);
   EXPECT_EQ(LcULock::component.initCount, 0);
   LcUActionQueue::Initialize();
@@ -140,28 +146,128 @@ TEST_F(LcUActionQueueTest, AFullRefusingQueueRefusesAtOnce) {
   EXPECT_EQ(queue.GetSize(), 2);
 }
 
-// Whenever the producer got in, Refuse must not leave it blocked, and a
-// true result means the queue owns the action, beyond capacity.
+// Only an add already waiting when Refuse comes can be true, so a true
+// result proves that it blocked; it then owns the action beyond capacity.
 TEST_F(LcUActionQueueTest, RefuseReleasesABlockedAdd) {
-  Tally tally(2);
-  LcUActionQueue queue(1, 0, false, true);
-  ASSERT_TRUE(queue.AddAction(new CountingAction(tally, 0)));
-  std::atomic<bool> calling{false};
   bool added = false;
-  CountingAction* blocked = new CountingAction(tally, 1);
-  std::thread producer([&] {
-    calling = true;
-    added = queue.AddAction(blocked);
-  });
-  while (!calling) std::this_thread::yield();
-  for (int i = 0; i < 1000; ++i) std::this_thread::yield();
-  queue.Refuse();
-  producer.join();
-  EXPECT_EQ(queue.GetSize(), added ? 2 : 1);
-  if (!added) delete blocked;
-  queue.Stop(false);
-  EXPECT_TRUE(tally.EachDeletedOnce());
-  EXPECT_EQ(tally.executed, 0);
+  for (int trial = 0; trial < 100 && !added; ++trial) {
+    Tally tally(2);
+    LcUActionQueue queue(1, 0, false, true);
+    ASSERT_TRUE(queue.AddAction(new CountingAction(tally, 0)));
+    std::atomic<bool> calling{false};
+    CountingAction* blocked = new CountingAction(tally, 1);
+    std::thread producer([&] {
+      calling = true;
+      added = queue.AddAction(blocked);
+    });
+    while (!calling) std::this_thread::yield();
+    for (int i = 0; i < 1000 * (trial + 1); ++i) std::this_thread::yield();
+    queue.Refuse();
+    producer.join();
+    EXPECT_EQ(queue.GetSize(), added ? 2 : 1);
+    if (!added) delete blocked;
+    queue.Stop(false);
+    EXPECT_TRUE(tally.EachDeletedOnce());
+    EXPECT_EQ(tally.executed, 0);
+  }
+  EXPECT_TRUE(added) << "the producer never blocked";
+}
+
+namespace {
+// Polls with a deadline; a lost wake-up leaves the flag unset.
+bool SetWithin(const std::atomic<bool>& flag) {
+  auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+  while (!flag && std::chrono::steady_clock::now() < deadline) std::this_thread::yield();
+  return flag;
+}
+
+// Runs call on a thread of its own, once it has been given time to block.
+struct Waiter {
+  template <typename F>
+  explicit Waiter(F call)
+      : thread([this, call] {
+          calling = true;
+          call();
+          done = true;
+        }) {
+    while (!calling) std::this_thread::yield();
+    for (int i = 0; i < 20000; ++i) std::this_thread::yield();
+  }
+  std::atomic<bool> calling{false}, done{false};
+  std::thread thread;
+};
+}  // namespace
+
+// Two waiters of one condition both see the event, whichever came first.
+TEST_F(LcUActionQueueTest, NoWaiterMissesItsWakeUp) {
+  {
+    SCOPED_TRACE("Pause and WaitForAction see the one action finish");
+    auto* queue = new LcUActionQueue(4, 1, false, true);
+    GateAction* gate = new GateAction;
+    ASSERT_TRUE(queue->AddAction(gate));
+    gate->entered.Wait();
+    Waiter waiting([&] { queue->WaitForAction(); });
+    Waiter pausing([&] { queue->Pause(); });
+    gate->open.Release();
+    bool both = SetWithin(waiting.done) && SetWithin(pausing.done);
+    EXPECT_TRUE(both);
+    if (!both) {
+      waiting.thread.detach();
+      pausing.thread.detach();
+      return;
+    }
+    waiting.thread.join();
+    pausing.thread.join();
+    queue->Resume();
+    delete queue;
+  }
+  {
+    SCOPED_TRACE("WaitForEmpty and Stop(true) see the queue empty");
+    Tally tally(1);
+    auto* queue = new LcUActionQueue(4, 1, false, true);
+    GateAction* gate = new GateAction;
+    ASSERT_TRUE(queue->AddAction(gate));
+    gate->entered.Wait();
+    ASSERT_TRUE(queue->AddAction(new CountingAction(tally, 0)));
+    Waiter emptying([&] { queue->WaitForEmpty(); });
+    Waiter stopping([&] { queue->Stop(true); });
+    gate->open.Release();
+    bool both = SetWithin(emptying.done) && SetWithin(stopping.done);
+    EXPECT_TRUE(both);
+    if (!both) {
+      emptying.thread.detach();
+      stopping.thread.detach();
+      return;
+    }
+    emptying.thread.join();
+    stopping.thread.join();
+    EXPECT_EQ(tally.executed, 1);
+    delete queue;
+  }
+}
+
+// Emptying a full queue lets a producer waiting for room in.
+TEST_F(LcUActionQueueTest, RemoveAllReleasesABlockedAdd) {
+  for (bool stayPaused : {true, false}) {
+    Tally tally(2);
+    LcUActionQueue queue(1, 0, false, true);
+    ASSERT_TRUE(queue.AddAction(new CountingAction(tally, 0)));
+    std::atomic<bool> added{false};
+    Waiter producer([&] { added = queue.AddAction(new CountingAction(tally, 1)); });
+    LcUActionQueue::ActionList out;
+    queue.RemoveAll(out, stayPaused);
+    bool released = SetWithin(producer.done);
+    EXPECT_TRUE(released) << stayPaused;
+    if (!released) queue.Refuse();
+    producer.thread.join();
+    EXPECT_TRUE(added);
+    ASSERT_EQ(out.size(), 1u);
+    EXPECT_EQ(static_cast<CountingAction*>(out[0])->id, 0);
+    delete out[0];
+    EXPECT_EQ(queue.GetSize(), 1);
+    queue.Stop(false);
+    EXPECT_TRUE(tally.EachDeletedOnce());
+  }
 }
 
 TEST_F(LcUActionQueueTest, PauseLeavesNoActionRunning) {

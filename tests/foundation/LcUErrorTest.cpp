@@ -6,6 +6,7 @@
 #include <limits>
 #include <regex>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "ErrorTesting.h"
@@ -99,6 +100,9 @@ TEST_F(LcUErrorTest, FormattedPostsCarryIdAndData) {
   int data = 0;
   LcUError::PostF(LcUError::eWARNING, &record, "n %d %s", 3, "x");
   EXPECT_EQ(u"n 3 x", last.message);
+  // UTF-8 end to end, whatever the platform's narrow code page.
+  LcUError::PostF(LcUError::eWARNING, &record, "caf\xC3\xA9 %s", "\xE2\x82\xAC");
+  EXPECT_EQ(u"caf\u00e9 \u20ac", last.message);
   EXPECT_EQ(-1, last.id);
   EXPECT_EQ(nullptr, last.data);
 
@@ -303,4 +307,19 @@ TEST(LcUErrorDeathTest, FatalTextCallsTheHookLogsAndExits) {
       },
       // The exit hook shows the log after the hook's line.
       testing::ExitedWithCode(3), "^hook ctx for good 2 0 -1 gonefor good$");
+}
+
+// A text too long for the log is refused with a line at its severity; no
+// handler sees it, so none being set is no fatal stop, and the writers'
+// lock is free again afterwards.
+TEST_F(LcUErrorTest, TooLongToLogIsOnlyLogged) {
+  LcUSysError::SetHandler(0, &LcUSysError::component, -1, Take);
+  const std::string tooLong(LcUSysError::eLOG_BUFFER_SIZE, 't');
+  std::string line = Logged([&] { LcUError::LogF("%s", tooLong.c_str()); });
+  EXPECT_EQ("ERROR: LcUSysError, \"Too long to log\"\n", line);
+  EXPECT_EQ(-9, last.severity);
+  std::thread other([] { LcUError::LogF("from another thread\n"); });
+  other.join();
+  EXPECT_TRUE(EndsWith(LogText(), "from another thread\n"));
+  LcUSysError::RemoveHandler(0, &LcUSysError::component, -1);
 }

@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <string>
+#include <thread>
 
+#include "ErrorTesting.h"
 #include "foundation/LcUCondition.h"
 #include "foundation/LcUCriticalSection.h"
 #include "foundation/LcULock.h"
@@ -150,4 +153,22 @@ TEST_F(LcULockTest, ThreadCountFollowsThreadsAndNeverFallsBelowOne) {
   go.Release();
   delete first;
   EXPECT_EQ(LcUThread::GetThreadCount(), 1);
+}
+
+// Survived: logged, and no handler being set is no fatal stop.
+TEST_F(LcULockTest, ThreadDestroyedWhileRunningIsLoggedAndSurvived) {
+  static LcUSemaphore go;
+  static std::atomic<bool> ended{false};
+  auto* thread = new LcUThread;
+  ASSERT_TRUE(thread->Create(
+      [](void*) -> uint32_t {
+        go.Wait();
+        ended = true;
+        return 0;
+      },
+      nullptr, 0));
+  std::string log = ErrorTesting::Logged([&] { delete thread; });
+  EXPECT_NE(log.find("LcUThread::~LcUThread - Thread still running"), std::string::npos) << log;
+  go.Release();
+  while (!ended) std::this_thread::yield();
 }

@@ -144,3 +144,80 @@ TEST(LcUStringConvert, InvalidInputOfEveryShortLengthNeverBreaks) {
     }
   }
 }
+
+// The code points at every boundary of both encodings, each way.
+TEST(LcUStringConvert, BoundaryCodePointsBothWays) {
+  struct Case {
+    std::u16string units;
+    std::string bytes;
+  };
+  const Case cases[] = {
+      {u"\x7F", "\x7F"},
+      {u"\x80", "\xC2\x80"},
+      {u"\x7FF", "\xDF\xBF"},
+      {u"\x800", "\xE0\xA0\x80"},
+      {u"\xD7FF", "\xED\x9F\xBF"},
+      {u"\xE000", "\xEE\x80\x80"},
+      {u"\xFFFD", "\xEF\xBF\xBD"},
+      {u"\xD800\xDC00", "\xF0\x90\x80\x80"},   // U+10000
+      {u"\xD800\xDFFF", "\xF0\x90\x8F\xBF"},   // U+103FF
+      {u"\xDBFF\xDC00", "\xF4\x8F\xB0\x80"},   // U+10FC00
+      {u"\xDBFF\xDFFF", "\xF4\x8F\xBF\xBF"},   // U+10FFFF
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(testing::PrintToString(c.bytes));
+    LcUStringA a;
+    EXPECT_TRUE(LcUString::UTF16ToUTF8(c.units.c_str(), a, true));
+    EXPECT_EQ(c.bytes, Text(a));
+    LcUString w;
+    EXPECT_TRUE(LcUString::UTF8ToUTF16(c.bytes.c_str(), -1, w));
+    EXPECT_EQ(c.units, Text(w));
+  }
+  // Encoded surrogates decode as they are; each stands alone in encoding.
+  const Case alone[] = {
+      {u"\xD800", "\xED\xA0\x80"},
+      {u"\xDBFF", "\xED\xAF\xBF"},
+      {u"\xDC00", "\xED\xB0\x80"},
+      {u"\xDFFF", "\xED\xBF\xBF"},
+      {u"\xDBFF\xE000", "\xED\xAF\xBF\xEE\x80\x80"},
+      {u"\xD7FF\xDC00", "\xED\x9F\xBF\xED\xB0\x80"},
+      {u"\xFFFF", "\xEF\xBF\xBF"},
+  };
+  for (const Case& c : alone) {
+    SCOPED_TRACE(testing::PrintToString(c.bytes));
+    LcUStringA a;
+    EXPECT_TRUE(LcUString::UTF16ToUTF8(c.units.c_str(), a, true));
+    EXPECT_EQ(c.bytes, Text(a));
+  }
+  for (const char* bytes : {"\xED\xA0\x80", "\xED\xAF\xBF", "\xED\xB0\x80", "\xED\xBF\xBF"}) {
+    LcUString w;
+    EXPECT_TRUE(LcUString::UTF8ToUTF16(bytes, -1, w));
+    EXPECT_EQ(1, w.Length());
+  }
+  // Refused when decoding: U+FFFE, U+FFFF, beyond U+10FFFF, and overlong
+  // forms of the largest value below each boundary.
+  for (const char* bytes : {"\xEF\xBF\xBE", "\xEF\xBF\xBF", "\xF4\x90\x80\x80", "\xC1\xBF", "\xE0\x9F\xBF",
+                            "\xF0\x8F\xBF\xBF"}) {
+    SCOPED_TRACE(testing::PrintToString(std::string(bytes)));
+    LcUString w;
+    EXPECT_FALSE(LcUString::UTF8ToUTF16(bytes, -1, w));
+    EXPECT_EQ(u"\xFFFD", Text(w));
+  }
+}
+
+// Each conversion's measuring failure is its own text.
+TEST(LcUStringConvert, EveryFailureTextOfTheTable) {
+  LcUString w;
+  LcUStringA a;
+  // Only UTF-8 refuses a lone surrogate; other code pages write a '?'.
+  if (LcUSysCodePage::GetACP() == LcUSysCodePage::kUTF8) {
+    EXPECT_FALSE(LcUString::WideToMultiByte(u"lone \xD800", a));
+    EXPECT_EQ("WCSTOMBS CONVERSION FAILED!", Text(a));
+  }
+  EXPECT_FALSE(LcUString::MultiByteToWide("\xFF", w, LcUSysCodePage::kUTF8));
+  EXPECT_EQ(u"MBSTOWCS CONVERSION FAILED!", Text(w));
+  EXPECT_FALSE(LcUString::AsciiToWide("\x80", w));
+  EXPECT_EQ(u"ASCIITOWCS INTERNAL FAILURE!", Text(w));
+  EXPECT_FALSE(LcUString::WideToAscii(u"\x80", a));
+  EXPECT_EQ("NOT AN ASCII STRING", Text(a));
+}

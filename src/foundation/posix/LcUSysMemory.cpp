@@ -94,12 +94,21 @@ LcUSysMemory::SystemInfo LcUSysMemory::ReadSystemInfo() {
 void* LcUSysMemory::Reserve(void* address, uint64_t size, int32_t flags) {
   void* result = size == 0 ? nullptr : address ? MapAt(address, size) : MapAligned(size);
   if (!result) {
-    DebugOutput("LcUSysMemory::Reserve: Failed to reserve size %lld\n", (long long)size);
+    DebugOutput("LcUSysMemory::Reserve: Failed to reserve size %d\n", int(size));
     return nullptr;
   }
   std::lock_guard<std::mutex> guard(reservationsLock);
   reservations[reinterpret_cast<uintptr_t>(result)] = size;
   return result;
+}
+
+void* LcUSysMemory::ReserveCommitted(uint64_t size) {
+  void* region = Reserve(nullptr, size, 0);
+  if (region && !Commit(region, size)) {
+    Free(region);
+    return nullptr;
+  }
+  return region;
 }
 
 bool LcUSysMemory::Commit(void* address, uint64_t size) {

@@ -63,6 +63,10 @@ bool LcUThread::Join() {
   return pthread_join(handle, nullptr) == 0;
 }
 
+void LcUThread::Release() {
+  pthread_detach(handle);
+}
+
 int32_t LcUThread::CountProcessors() {
   long count = sysconf(_SC_NPROCESSORS_ONLN);
   return count > 0 ? int32_t(count) : 1;

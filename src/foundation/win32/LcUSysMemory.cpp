@@ -15,8 +15,12 @@ LcUSysMemory::SystemInfo LcUSysMemory::ReadSystemInfo() {
 void* LcUSysMemory::Reserve(void* address, uint64_t size, int32_t flags) {
   DWORD type = MEM_RESERVE | (flags == -1 ? MEM_TOP_DOWN : 0);
   void* result = VirtualAlloc(address, SIZE_T(size), type, PAGE_READWRITE);
-  if (!result) DebugOutput("LcUSysMemory::Reserve: Failed to reserve size %lld\n", (long long)size);
+  if (!result) DebugOutput("LcUSysMemory::Reserve: Failed to reserve size %d\n", int(size));
   return result;
+}
+
+void* LcUSysMemory::ReserveCommitted(uint64_t size) {
+  return VirtualAlloc(nullptr, SIZE_T(size), MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE);
 }
 
 bool LcUSysMemory::Commit(void* address, uint64_t size) {

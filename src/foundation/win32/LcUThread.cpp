@@ -24,6 +24,11 @@ bool LcUThread::Join() {
   return waited && closed;
 }
 
+void LcUThread::Release() {
+  CloseHandle(handle);
+  handle = nullptr;
+}
+
 int32_t LcUThread::CountProcessors() {
   SYSTEM_INFO system;
   GetSystemInfo(&system);

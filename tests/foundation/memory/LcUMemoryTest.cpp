@@ -12,6 +12,9 @@
 #include "foundation/LcUDeletable.h"
 #include "foundation/LcUMemory.h"
 #include "foundation/LcUMemoryPool.h"
+#include "foundation/LcUString.h"
+#include "foundation/LcUStringPtr.h"
+#include "foundation/LcUSysError.h"
 
 using ErrorTesting::Logged;
 using ErrorTesting::LogText;
@@ -220,16 +223,21 @@ int DeclineSecondCall(uint64_t, uint32_t) {
 }  // namespace
 
 // operator new's failure path reaches the handler, which may ask for one
-// more attempt; declining leaves the runtime's own failure.
+// more attempt; a refusal fails that request only, and the next one reaches
+// the handler again.
 TEST_F(LcUMemoryTest, OutOfMemoryHandlerServesOperatorNew) {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
   GTEST_SKIP() << "the sanitizer stops on impossible sizes before any handler";
 #endif
+  handlerCalls = 0;
   EXPECT_EQ(LcUMemory::SetOutOfMemoryHandler(DeclineSecondCall), nullptr);
-  void* impossible = ::operator new(size_t(1) << 62, std::nothrow);
-  EXPECT_EQ(impossible, nullptr);
+  EXPECT_EQ(::operator new(size_t(1) << 62, std::nothrow), nullptr);
   EXPECT_EQ(handlerCalls, 2);
+  EXPECT_EQ(::operator new(size_t(1) << 62, std::nothrow), nullptr);
+  EXPECT_EQ(handlerCalls, 3) << "still connected after the refusal";
   EXPECT_EQ(LcUMemory::SetOutOfMemoryHandler(nullptr), DeclineSecondCall);
+  EXPECT_EQ(::operator new(size_t(1) << 62, std::nothrow), nullptr);
+  EXPECT_EQ(handlerCalls, 3);
 }
 
 TEST_F(LcUMemoryTest, RandomMixAcrossAllTiersKeepsContents) {
@@ -332,4 +340,98 @@ TEST(LcUMemoryDeathTest, SizesAboveTheLimitAreFatal) {
         LcUMemory::Alloc(0x7FF00001, 8, 0);
       },
       "");
+}
+
+// Strings bring the allocator up and take it down again: a stop in order
+// leaves no component in the chain and nothing to report.
+TEST(LcUMemoryLifecycleTest, StringsStartAndStopTheAllocator) {
+  ASSERT_EQ(LcUMemory::component.initCount, 0);
+  ASSERT_TRUE(LcUString::Initialize());
+  EXPECT_EQ(LcUMemory::component.initCount, 1);
+  {
+    LcUString text(u"held while up");
+    EXPECT_GT(LcUMemory::GetArenaBytes(), 0u);
+  }
+  std::string log = Logged([] { LcUString::Terminate(); });
+  EXPECT_EQ(LcUMemory::component.initCount, 0);
+  EXPECT_EQ(LcUSysError::component.initCount, 0);
+  EXPECT_EQ(log.find("still"), std::string::npos) << log;
+
+  // A block left over is reported, and the allocator stays up for it.
+  ASSERT_TRUE(LcUString::Initialize());
+  void* block = LcUMemory::Alloc(40, 8, 0);
+  log = Logged([] { LcUString::Terminate(); });
+  EXPECT_NE(log.find("40 arena bytes still allocated at LcUMemory::Terminate. Not terminating."), std::string::npos)
+      << log;
+  EXPECT_EQ(LcUMemory::component.initCount, 1);
+  LcUMemory::Free(block, 40, 8);
+  LcUMemory::Terminate();
+  EXPECT_EQ(LcUMemory::component.initCount, 0);
+}
+
+// Size 36: 40-byte blocks, four 16384-byte pages to a 65536-byte region.
+// Each damage is made for real in a live region, seen with its message,
+// and undone.
+TEST_F(LcUMemoryTest, CheckMemoryReportsEachDamageOfARegion) {
+  struct Region {
+    uintptr_t next, prev;
+    uint64_t freePagesMask, uncommittedPagesMask;
+  };
+  struct Page {
+    uintptr_t freeList;
+    uint32_t usedCount;
+  };
+  char* blocks[3];
+  for (char*& b : blocks) b = static_cast<char*>(LcUMemory::Alloc(36, 4, 0));
+  LcUMemory::Free(blocks[1], 36, 4);
+  auto* region = reinterpret_cast<Region*>(reinterpret_cast<uintptr_t>(blocks[0]) & ~uintptr_t(0xFFFF));
+  auto* page = reinterpret_cast<Page*>(reinterpret_cast<char*>(region) + 32);
+  ASSERT_EQ(page->freeList, reinterpret_cast<uintptr_t>(blocks[1]));
+  uintptr_t first = reinterpret_cast<uintptr_t>(page) + 16;
+  struct Damage {
+    const char* expected;
+    uint64_t* field;
+    uint64_t value;
+  };
+  const Damage damages[] = {
+      {"has invalid next pointer", reinterpret_cast<uint64_t*>(&region->next), region->next + 8},
+      {"has invalid prev pointer", reinterpret_cast<uint64_t*>(&region->prev), region->prev + 8},
+      {"has invalid uncommited pages mask", &region->uncommittedPagesMask, region->uncommittedPagesMask | 1},
+      {"has invalid free pages mask", &region->freePagesMask, region->freePagesMask | 16},
+      {"has invalid used blocks", reinterpret_cast<uint64_t*>(&page->freeList) + 1, (16384 - 48) / 40 + 1},
+      {"is out of range for page", reinterpret_cast<uint64_t*>(blocks[1]), first - 40},
+      {"points into middle of block", reinterpret_cast<uint64_t*>(blocks[1]), first + 4},
+  };
+  EXPECT_TRUE(LcUMemory::CheckMemory());
+  for (const Damage& d : damages) {
+    SCOPED_TRACE(d.expected);
+    uint64_t kept = *d.field;
+    *d.field = d.value;
+    bool good = true;
+    std::string log = Logged([&] { good = LcUMemory::CheckMemory(); });
+    *d.field = kept;
+    EXPECT_FALSE(good);
+    EXPECT_NE(log.find(d.expected), std::string::npos) << log;
+    EXPECT_TRUE(LcUMemory::CheckMemory());
+  }
+  LcUMemory::Free(blocks[0], 36, 4);
+  LcUMemory::Free(blocks[2], 36, 4);
+}
+
+// The compact forms give back exactly what they took, as they recompute it.
+TEST_F(LcUMemoryTest, CompactStringsGiveBackTheirExactSize) {
+  {
+    LcUStringPtr wide(u"seven u");
+    LcUStringPtrA narrow("nine byte");
+    // 16 and 10 bytes, each rounded to 16.
+    EXPECT_EQ(LcUMemory::GetArenaBytes(), 32u);
+    wide = u"a much longer text than before";
+    narrow.ClearPtr();
+    // 62 bytes rounded to 64, and one byte counted as an 8-aligned block.
+    EXPECT_EQ(LcUMemory::GetArenaBytes(), 72u);
+    LcUStringPtr copy(wide);
+    wide.Free();
+    EXPECT_EQ(LcUMemory::GetArenaBytes(), 72u);
+  }
+  EXPECT_EQ(LcUMemory::GetArenaBytes(), 0u);
 }

@@ -138,7 +138,7 @@ TEST_F(TrackBackReceiver, AnotherProcessSendsAndEachMessageActsOnce) {
     RecordingReceiver receiver;
     EXPECT_TRUE(LcOmTrackBackSender::IsListenerRunning());
     const std::vector<std::string> send = {"send", "--document", "C:\\work\\gearbox.gam", "--item", "Shaft:1",
-                                           "--ortho", "--position", "1,2,3", "--far", "250"};
+                                           "--ortho", "--height", "10", "--position", "1,2,3", "--far", "250"};
     EXPECT_EQ(0, TestProcess::Run(veerback, send, &LcOmWin32TrackBackReceiver::DispatchPending));
     EXPECT_EQ(0, TestProcess::Run(veerback, send, &LcOmWin32TrackBackReceiver::DispatchPending));
     ASSERT_EQ(2u, receiver.records.size());

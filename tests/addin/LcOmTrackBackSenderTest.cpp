@@ -5,6 +5,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
 #include <functional>
 #include <set>
 #include <string>
@@ -99,11 +100,11 @@ TEST_F(TrackBackSender, PathsHandedOutOpenWithThePlainCLibrary) {
 }
 
 TEST_F(TrackBackSender, ARelativeItemFileGoesIntoTheRecordAbsolute) {
-  LcUString current, expected;
-  ASSERT_TRUE(LcUSysFile::GetCurrentDirectory(current));
+  LcUString expected;
+  std::u16string current = std::filesystem::current_path().u16string();
   ASSERT_TRUE(LcOmTrackBackSender::MakeAbsolute(u"picks/item.txt", expected));
   EXPECT_TRUE(LcUSysFile::IsAbsolute(expected.Get()));
-  EXPECT_EQ(0, std::u16string(expected.Get()).compare(0, size_t(current.Length()), current.Get())) << Utf8(expected.Get());
+  EXPECT_EQ(0, std::u16string(expected.Get()).compare(0, current.size(), current)) << Utf8(expected.Get());
 
   const struct {
     const char16_t* given;

@@ -2,6 +2,7 @@
 // and what it refuses before anything is written.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -12,13 +13,17 @@
 #include "TestProcess.h"
 #include "addin/LcOmTrackBackRecord.h"
 #include "addin/LcOmTrackBackSender.h"
+#include "environment/LcUSysFile.h"
 
 namespace {
+// Lines end in "\n" here, whatever the platform's text files end them with.
 std::string Read(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   std::stringstream text;
   text << file.rdbuf();
-  return text.str();
+  std::string lines = text.str();
+  lines.erase(std::remove(lines.begin(), lines.end(), '\r'), lines.end());
+  return lines;
 }
 
 size_t Count(const std::string& text, const std::string& what) {
@@ -143,14 +148,16 @@ TEST_F(VeerbackTool, SendRefusesValuesThatMakeNoCameraBeforeWritingAnything) {
       {{"--timeout", "0"}, "--timeout"},
       {{"--timeout", "-1"}, "--timeout"},
   };
+  // On Windows the record folder is the prefix's and outlives the test.
+  LcUString record;
+  ASSERT_TRUE(LcOmTrackBackSender::GetRecordPath(record));
+  LcUSysFile::Delete(record.Get(), true);
   for (const auto& c : cases) {
     std::vector<std::string> arguments = {"send", "--document", "C:\\a.gpt"};
     arguments.insert(arguments.end(), c.options.begin(), c.options.end());
     EXPECT_EQ(1, Run(arguments)) << c.options[0];
     EXPECT_NE(std::string::npos, err.find(c.names)) << c.options[0] << ": " << err;
   }
-  LcUString record;
-  ASSERT_TRUE(LcOmTrackBackSender::GetRecordPath(record));
   LcUStringA narrow;
   LcUString::UTF16ToUTF8(record.Get(), narrow, true);
   EXPECT_FALSE(std::ifstream(narrow.Get()).good());

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <fstream>
 #include <string>
@@ -20,9 +21,12 @@ bool WaitForListener() {
   return LcOmTrackBackSender::IsListenerRunning();
 }
 
+// Lines end in "\n" here, whatever the platform's text files end them with.
 std::string Read(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+  std::string text(std::istreambuf_iterator<char>(file), (std::istreambuf_iterator<char>()));
+  text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
+  return text;
 }
 
 std::vector<std::string> Lines(const std::string& path) {

@@ -51,7 +51,7 @@ LcOmTrackBackSender::Result LcOmTrackBackSender::Send(const LcOmTrackBackRecord&
     sent.hasItem = 1;
   }
   LcOmTrackBackSenderLock lock(timeoutMs);
-  if (!lock.IsHeld()) return eBUSY;
+  if (lock.IsBusy()) return eBUSY;
   if ((itemText && !WriteItemFile(itemPath.Get(), itemText)) || !WriteRecord(recordPath.Get(), sent))
     return eWRITE_FAILED;
   return Deliver(timeoutMs);

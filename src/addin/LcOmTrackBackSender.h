@@ -39,8 +39,8 @@ public:
 
   // Writes the record (with itemText, when given, into the item file it then
   // names) and delivers it, holding the channel's lock from the first write
-  // until the listener has handled the message or timeoutMs has passed. The
-  // lock is waited for within the same timeout.
+  // until the listener has handled the message. Waits up to timeoutMs for
+  // the lock (eBUSY after that), then up to timeoutMs for the listener.
   static Result Send(const LcOmTrackBackRecord& record, const char16_t* itemText = nullptr,
                      int timeoutMs = eDEFAULT_TIMEOUT_MS);
 

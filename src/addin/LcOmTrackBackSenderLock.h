@@ -13,6 +13,9 @@ public:
   LcOmTrackBackSenderLock& operator=(const LcOmTrackBackSenderLock&) = delete;
 
   bool IsHeld() const { return held; }
+  // Another sender has it. A lock that can't be had at all (no folder for it)
+  // is not busy: the channel may work without it.
+  bool IsBusy() const { return handle != -1 && !held; }
 
 private:
   intptr_t handle = -1;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "TestProcess.h"
+#include "TestRecordingReceiver.h"
 #include "addin/LcOmTrackBackChannel.h"
 #include "addin/LcOmTrackBackSender.h"
 #include "addin/LcOmWin32TrackBackReceiver.h"
@@ -22,15 +23,6 @@ int RecordWarning(int, LcUComponent*, int32_t, void*, const char16_t* message) {
   warnings.emplace_back(message);
   return 1;
 }
-
-class RecordingReceiver : public LcOmWin32TrackBackReceiver {
-public:
-  int onTrackBack(const LcOmTrackBackRecord& record) override {
-    records.push_back(record);
-    return 0;
-  }
-  std::vector<LcOmTrackBackRecord> records;
-};
 
 // Through the file layer, which takes either separator on every platform.
 FILE* OpenFile(LcUSysFileHandle& file, const LcUString& path, bool write) {

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "TestProcess.h"
+#include "TestRecordingReceiver.h"
 #include "addin/LcOmTrackBackSender.h"
 #include "addin/LcOmTrackBackSenderLock.h"
 #include "addin/LcOmWin32TrackBackReceiver.h"
@@ -21,15 +22,6 @@
 #include "environment/LcUSysFile.h"
 
 namespace {
-class RecordingReceiver : public LcOmWin32TrackBackReceiver {
-public:
-  int onTrackBack(const LcOmTrackBackRecord& record) override {
-    records.push_back(record);
-    return 0;
-  }
-  std::vector<LcOmTrackBackRecord> records;
-};
-
 std::string Utf8(const char16_t* text) {
   LcUStringA narrow;
   LcUString::UTF16ToUTF8(text, narrow, true);

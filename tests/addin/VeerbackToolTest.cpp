@@ -117,6 +117,7 @@ TEST_F(VeerbackTool, ABadCommandLineNamesWhatIsWrong) {
       {{"send", "--document", "C:\\a.gpt", "--zoom", "2"}, "unknown option --zoom"},
       {{"send", "--document"}, "--document needs a value"},
       {{"send"}, "--document PATH is required"},
+      {{"send", "--document", ""}, "--document PATH is required"},
       {{"send", "--document", std::string(261, 'p')}, "--document is longer than 260"},
       {{"send", "--document", "a", "--item", "x", "--item-file", "y"}, "not both"},
   };

@@ -102,7 +102,7 @@ bool VeerbackSendOptions::Parse(const std::vector<const char16_t*>& arguments, s
 bool VeerbackSendOptions::Finish(std::string& error) {
   const LcNvCamera& c = record.camera;
   LcUString item;
-  if (!document)
+  if (!document || !*document)
     error = "--document PATH is required";
   else if (itemFile && itemText)
     error = "give --item-file or --item, not both";

@@ -35,6 +35,8 @@ FILE* OpenFile(LcUSysFileHandle& file, const LcUString& path, bool write) {
 class TrackBackReceiver : public ::testing::Test {
 protected:
   void SetUp() override {
+    // The receivers made here listen in the test's folder, not where a real host may.
+    TestProcess::SetEnvironment("XDG_RUNTIME_DIR", TestProcess::MakeTempFolder("runtime"));
     LcUResource::Initialize();
     warnings.clear();
     LcUSysError::SetHandler(LcUError::eWARNING, nullptr, -1, &RecordWarning);

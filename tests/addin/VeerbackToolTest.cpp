@@ -175,7 +175,9 @@ TEST_F(VeerbackTool, InspectDecodesOnlyAWholeRecord) {
   Write(shorter, &record, sizeof(record) - 1);
   std::vector<char> more(sizeof(record) + 1, 0);
   Write(longer, more.data(), more.size());
-  for (char16_t& unit : record.documentPath) unit = u'x';  // no terminator in its 261 units
+  // No terminator in its 261 units, and the next field's text right behind them.
+  for (char16_t& unit : record.documentPath) unit = u'x';
+  record.setItemFilePath(u"C:\\item.txt");
   Write(open, &record, sizeof(record));
 
   const struct {
@@ -192,13 +194,16 @@ TEST_F(VeerbackTool, InspectDecodesOnlyAWholeRecord) {
     EXPECT_NE(std::string::npos, err.find(c.says)) << c.path << ": " << err;
   }
   EXPECT_EQ(1, Run({"inspect", open}));
-  EXPECT_NE(std::string::npos, out.find("(no terminator)"));
+  EXPECT_NE(std::string::npos, out.find("\"" + std::string(261, 'x') + "\"  (no terminator)")) << out;
+  EXPECT_EQ(1, Run({"inspect", "--json", open}));
+  EXPECT_NE(std::string::npos, out.find("\"documentPathTerminated\": false,")) << out;
+  EXPECT_NE(std::string::npos, out.find("\"itemFilePathTerminated\": true,")) << out;
 
   EXPECT_EQ(0, Run({"inspect", good}));
   EXPECT_NE(std::string::npos, out.find("farDistance        10\n")) << out;
   EXPECT_EQ(0, Run({"inspect", "--json", good}));
   EXPECT_EQ('{', out[0]);
-  for (const char* field : {"\"documentPath\": \"C:\\\\a \\\"b\\\".gam\",", "\"hasItem\": 0,",
+  for (const char* field : {"\"documentPath\": \"C:\\\\a \\\"b\\\".gam\",", "\"documentPathTerminated\": true,", "\"hasItem\": 0,",
                             "\"rotation\": [0, 0, 0, 1],", "\"farDistance\": 10,", "\"offset\": [0, 0, 0],"})
     EXPECT_NE(std::string::npos, out.find(field)) << field << " in " << out;
 }

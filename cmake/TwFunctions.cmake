@@ -18,8 +18,14 @@ function(tw_add_subsystem name)
   target_link_libraries(${name} PUBLIC ${ARG_DEPENDS} ${ARG_LIBS})
   tw_warnings(${name})
   install(TARGETS ${name} EXPORT twveerbackglfTargets ARCHIVE DESTINATION lib)
+  # The headers of this platform's folder go too: the portable ones include them.
+  if(WIN32)
+    set(_other_platform posix)
+  else()
+    set(_other_platform win32)
+  endif()
   install(DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR}/ DESTINATION include/${name}
-          FILES_MATCHING PATTERN "*.h" PATTERN "win32" EXCLUDE PATTERN "posix" EXCLUDE
+          FILES_MATCHING PATTERN "*.h" PATTERN "${_other_platform}" EXCLUDE
           REGEX "${CMAKE_CURRENT_SOURCE_DIR}/options$" EXCLUDE)
 endfunction()
 

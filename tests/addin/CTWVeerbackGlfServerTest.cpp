@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <filesystem>
 #include <string>
 
@@ -206,30 +205,4 @@ TEST(AddInModulePath, APathThatFillsTheBufferLeavesTheAddInSilent) {
     server->Release();
     factory->Release();
   }
-}
-
-TEST(VeerbackTool, InspectTellsAGoodRecordFromABadOne) {
-  std::string folder = TestProcess::MakeTempFolder("inspect");
-  std::string veerback = TestProcess::NativePath(TW_VEERBACK);
-  LcOmTrackBackRecord record;
-  record.setDocumentPath(u"C:\\a.gpt");
-  record.setItemFilePath(u"");
-  record.hasItem = 0;
-  std::string good = folder + "/good", shortFile = folder + "/short", open = folder + "/open";
-  auto write = [](const std::string& path, const void* data, size_t size) {
-    FILE* file = std::fopen(path.c_str(), "wb");
-    ASSERT_NE(nullptr, file);
-    std::fwrite(data, 1, size, file);
-    std::fclose(file);
-  };
-  write(good, &record, sizeof(record));
-  write(shortFile, &record, sizeof(record) - 1);
-  for (char16_t& unit : record.documentPath) unit = u'x';  // no terminator in its 261 units
-  write(open, &record, sizeof(record));
-  EXPECT_EQ(0, TestProcess::Run(veerback, {"inspect", good}, nullptr));
-  EXPECT_EQ(1, TestProcess::Run(veerback, {"inspect", shortFile}, nullptr));
-  EXPECT_EQ(1, TestProcess::Run(veerback, {"inspect", open}, nullptr));
-  EXPECT_EQ(1, TestProcess::Run(veerback, {"inspect", folder + "/none"}, nullptr));
-  EXPECT_EQ(1, TestProcess::Run(veerback, {"send", "--document", std::string(261, 'p')}, nullptr));
-  EXPECT_EQ(1, TestProcess::Run(veerback, {"bogus"}, nullptr));
 }

@@ -26,6 +26,8 @@ protected:
   void SetUp() override {
     LcUResource::Initialize();
     folder = TestProcess::MakeTempFolder("veerback");
+    // The receiver listens in the test's folder, not where a real host may.
+    TestProcess::SetEnvironment("XDG_RUNTIME_DIR", folder);
   }
   void TearDown() override {
     Stop();

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "TestProcess.h"
+#include "TestRecordingReceiver.h"
 #include "addin/LcOmTrackBackChannel.h"
 #include "addin/LcOmTrackBackSender.h"
 #include "addin/LcOmWin32TrackBackReceiver.h"
@@ -23,15 +24,6 @@ int RecordWarning(int, LcUComponent*, int32_t, void*, const char16_t* message) {
   return 1;
 }
 
-class RecordingReceiver : public LcOmWin32TrackBackReceiver {
-public:
-  int onTrackBack(const LcOmTrackBackRecord& record) override {
-    records.push_back(record);
-    return 0;
-  }
-  std::vector<LcOmTrackBackRecord> records;
-};
-
 // Through the file layer, which takes either separator on every platform.
 FILE* OpenFile(LcUSysFileHandle& file, const LcUString& path, bool write) {
   file.Open(path.Get(), write ? LcUSysFileHandle::eACCESS_WRITE : LcUSysFileHandle::eACCESS_READ,
@@ -43,6 +35,8 @@ FILE* OpenFile(LcUSysFileHandle& file, const LcUString& path, bool write) {
 class TrackBackReceiver : public ::testing::Test {
 protected:
   void SetUp() override {
+    // The receivers made here listen in the test's folder, not where a real host may.
+    TestProcess::SetEnvironment("XDG_RUNTIME_DIR", TestProcess::MakeTempFolder("runtime"));
     LcUResource::Initialize();
     warnings.clear();
     LcUSysError::SetHandler(LcUError::eWARNING, nullptr, -1, &RecordWarning);
@@ -138,7 +132,7 @@ TEST_F(TrackBackReceiver, AnotherProcessSendsAndEachMessageActsOnce) {
     RecordingReceiver receiver;
     EXPECT_TRUE(LcOmTrackBackSender::IsListenerRunning());
     const std::vector<std::string> send = {"send", "--document", "C:\\work\\gearbox.gam", "--item", "Shaft:1",
-                                           "--ortho", "--position", "1,2,3", "--far", "250"};
+                                           "--ortho", "--height", "10", "--position", "1,2,3", "--far", "250"};
     EXPECT_EQ(0, TestProcess::Run(veerback, send, &LcOmWin32TrackBackReceiver::DispatchPending));
     EXPECT_EQ(0, TestProcess::Run(veerback, send, &LcOmWin32TrackBackReceiver::DispatchPending));
     ASSERT_EQ(2u, receiver.records.size());

@@ -7,7 +7,10 @@ class TestProcess {
 public:
   // Runs a program to its end while handling TrackBack notifications on this
   // thread (through pump), and answers its exit code, or -1 if it can't start.
-  static int Run(const std::string& program, const std::vector<std::string>& arguments, void (*pump)());
+  // With output, its standard output goes to output + ".out" and its
+  // standard error to output + ".err".
+  static int Run(const std::string& program, const std::vector<std::string>& arguments, void (*pump)(),
+                 const std::string& output = std::string());
   // A build-tree path as the program under test sees it.
   static std::string NativePath(const std::string& buildPath);
   // A fresh empty folder for one test, removed when the program ends.

@@ -109,9 +109,13 @@ TEST(HostSimModelReader, TheBuiltInModelHasTheDemosDocuments) {
   EXPECT_FALSE(pump->designView.empty() || pump->levelOfDetail.empty());
 }
 
-TEST(HostSimModelReader, AFileThatCantBeReadIsNamed) {
-  HostSimModel model;
-  std::string error;
-  EXPECT_FALSE(HostSimModelReader::ReadFile("no-such-folder/model.txt", model, error));
-  EXPECT_EQ("no-such-folder/model.txt: can't be read", error);
+TEST(HostSimModelReader, AFileThatCantBeReadIsNamedWithTheReason) {
+  // A folder too: read as a stream it throws.
+  for (const char* path : {"no-such-folder/model.txt", "."}) {
+    HostSimModel model;
+    std::string error;
+    EXPECT_FALSE(HostSimModelReader::ReadFile(path, model, error));
+    EXPECT_EQ(0u, error.find(std::string(path) + ": can't be read: ")) << error;
+    EXPECT_GT(error.size(), std::string(path).size() + 16) << error;
+  }
 }

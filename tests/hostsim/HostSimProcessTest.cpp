@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <fstream>
 #include <string>
@@ -18,6 +19,14 @@ bool WaitForListener() {
   for (int i = 0; i < 600 && !LcOmTrackBackSender::IsListenerRunning(); ++i)
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
   return LcOmTrackBackSender::IsListenerRunning();
+}
+
+// Lines end in "\n" here, whatever the platform's text files end them with.
+std::string Read(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::string text(std::istreambuf_iterator<char>(file), (std::istreambuf_iterator<char>()));
+  text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
+  return text;
 }
 
 std::vector<std::string> Lines(const std::string& path) {
@@ -84,6 +93,7 @@ TEST_F(HostSimProcess, RefusesBadInputWithItsExitCode) {
       {{"--clsid", "4285DA55"}, 1},
       {{"--model", model}, 1},
       {{"--model", folder + "/missing.txt"}, 1},
+      {{"--model", folder}, 1},
       {{"--fail", "CameraApply@x=0x80004005"}, 1},
       {HostSimAddInSetup::MissingAddIn(), 2},
   };
@@ -91,6 +101,34 @@ TEST_F(HostSimProcess, RefusesBadInputWithItsExitCode) {
     std::vector<std::string> arguments = c.arguments;
     arguments.push_back("--timeout");
     arguments.push_back("30");
-    EXPECT_EQ(c.code, TestProcess::Run(HostSim(), arguments, nullptr)) << arguments[0];
+    EXPECT_EQ(c.code, TestProcess::Run(HostSim(), arguments, nullptr, folder + "/run")) << arguments[0];
+    EXPECT_EQ(0u, Read(folder + "/run.err").find("hostsim: ")) << arguments[0];
   }
+}
+
+TEST_F(HostSimProcess, ASecondHostLeavesTheChannelToTheFirstAndVerboseTellsWhatEachMessageDid) {
+  HostSimAddInSetup addin;
+  ASSERT_TRUE(addin.IsReady());
+  std::vector<std::string> arguments = addin.Arguments();
+  for (const char* a : {"--verbose", "--fail", "CameraApply@2=0x80004005", "--quit-after", "2", "--timeout", "60"})
+    arguments.push_back(a);
+  int code = -1;
+  std::thread host([&] { code = TestProcess::Run(HostSim(), arguments, nullptr, folder + "/first"); });
+  bool listening = WaitForListener();
+  if (listening) {
+    EXPECT_EQ(4, TestProcess::Run(HostSim(), arguments, nullptr, folder + "/second"));
+    EXPECT_NE(std::string::npos, Read(folder + "/second.err").find("another host is listening"));
+  }
+  for (const char* document : {"C:\\Models\\Bracket.gpt", "C:\\Models\\Gearbox.gam"})
+    EXPECT_TRUE(!listening || TestProcess::Run(TestProcess::NativePath(TW_VEERBACK),
+                                               {"send", "--document", document}, nullptr) == 0);
+  host.join();
+  ASSERT_TRUE(listening);
+  EXPECT_EQ(0, code) << Read(folder + "/first.err");
+  std::string out = Read(folder + "/first.out");
+  for (const char* line : {"hostsim: message 1: active document C:\\Models\\Bracket.gpt, camera applied, selected "
+                           "the whole document, no call failed\n",
+                           "hostsim: message 2: active document C:\\Models\\Gearbox.gam, camera not applied, "
+                           "selected nothing, first failed call CameraApply -> 0x80004005\n"})
+    EXPECT_NE(std::string::npos, out.find(line)) << line << "in\n" << out;
 }

@@ -1,5 +1,6 @@
 #include "HostSim.h"
 
+#include "HostSimState.h"
 #include "HostSimText.h"
 
 HostSim::HostSim(HostSimModel& model, HostSimJournal& journal) : model(model), journal(journal) {
@@ -74,4 +75,24 @@ HostSimModel::Document* HostSim::Open(const std::u16string& path, bool visible, 
 void HostSim::Activate(HostSimModel::Document* document, int view) {
   model.activeDocument = document;
   model.activeView = view;
+}
+
+void HostSim::Note(const char* role, HRESULT hr) {
+  const std::string name = role;
+  if (name == "ApplicationMainWindow") {
+    EndMessage();
+    message = Message();
+    message.open = true;
+  }
+  if (FAILED(hr) && message.firstFailure.empty()) message.firstFailure = name + " -> " + HostSimText::Hex(hr);
+  message.cameraApplied |= name == "CameraApply" && SUCCEEDED(hr);
+}
+
+void HostSim::EndMessage() {
+  if (!message.open) return;
+  if (verbose) {
+    std::fprintf(verbose, "%s\n", HostSimState::Message(*this).c_str());
+    std::fflush(verbose);
+  }
+  message.open = false;
 }

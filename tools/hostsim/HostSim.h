@@ -1,5 +1,6 @@
 #pragma once
 #include <cstdint>
+#include <cstdio>
 #include <map>
 #include <memory>
 #include <string>
@@ -34,6 +35,20 @@ public:
 
   void Count(const char* role) { ++calls[role]; }
   long CallCount(const std::string& role) const;
+  // Every call a role answered, with its result. The add-in reads the main
+  // window first thing for every message, which starts the next one.
+  void Note(const char* role, HRESULT hr);
+  // With verbose set, the message under way is summed up there in one line
+  // (HostSimState::Message); the loop calls this once it has handled its work.
+  void EndMessage();
+
+  // What happened in the message under way.
+  struct Message {
+    bool open = false;
+    bool cameraApplied = false;
+    std::string firstFailure;
+  };
+  const Message& CurrentMessage() const { return message; }
 
   // A document of the model by a path in any case, opened if need be and
   // made active with its first view when visible; null when the model has
@@ -44,6 +59,7 @@ public:
   HostSimModel& model;
   HostSimJournal& journal;
   int32_t mainWindow = 0;
+  FILE* verbose = nullptr;
 
 private:
   std::vector<std::unique_ptr<HostSimObject>> objects;
@@ -52,4 +68,5 @@ private:
   int numbers[int(HostSimKind::eCount)] = {};
   std::map<std::string, long> calls;
   IDispatch* site = nullptr;
+  Message message;
 };

@@ -1,9 +1,10 @@
 #include "HostSimModelReader.h"
 
+#include <cerrno>
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
+#include <cstring>
 
 #include "HostSimText.h"
 
@@ -254,10 +255,20 @@ bool HostSimModelReader::Read(const std::string& text, HostSimModel& model, std:
 }
 
 bool HostSimModelReader::ReadFile(const std::string& path, HostSimModel& model, std::string& error) {
-  std::ifstream file(path, std::ios::binary);
-  std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-  if (!file.is_open() || file.bad()) {
-    error = path + ": can't be read";
+  // Through stdio: a stream reading a folder throws where this only fails.
+  FILE* file = std::fopen(path.c_str(), "rb");
+  std::string text;
+  int why = file ? 0 : errno;
+  bool read = file != nullptr;
+  char buffer[4096];
+  for (size_t n; read && (n = std::fread(buffer, 1, sizeof(buffer), file)) > 0;) text.append(buffer, n);
+  if (file) {
+    read = !std::ferror(file);
+    if (!read) why = errno;
+    std::fclose(file);
+  }
+  if (!read) {
+    error = path + ": can't be read: " + std::strerror(why);
     return false;
   }
   if (Read(text, model, error)) return true;

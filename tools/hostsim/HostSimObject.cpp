@@ -115,6 +115,7 @@ HRESULT HostSimObject::Invoke(DISPID id, REFIID riid, LCID, WORD flags, DISPPARA
     else if (null)
       call.GiveNull(*role);
   }
+  host.Note(role->name, hr);
   if (!journaled) {
     if (SUCCEEDED(hr)) call.TakeResult(result);
     host.journal.Tick();

@@ -8,7 +8,7 @@
 
 const char* const HostSimOptions::kUsage =
     "usage: hostsim [--model FILE] [--addin PATH] [--clsid {GUID}] [--journal FILE|-]\n"
-    "               [--state] [--state-file FILE] [--fail ROLE[.get|.put|.method][@N]=0xHHHHHHHH|null]...\n"
+    "               [--state] [--state-file FILE] [--verbose] [--fail ROLE[.get|.put|.method][@N]=0xHHHHHHHH|null]...\n"
     "               [--quit-after N] [--quit-file PATH] [--timeout SECONDS]\n"
     "  --model       the model file; the built-in model without it\n"
     "  --addin       Linux: load this add-in module rather than the registered one\n"
@@ -17,11 +17,14 @@ const char* const HostSimOptions::kUsage =
     "  --journal     every call the host receives, one line each\n"
     "  --state       print the host's state on exit\n"
     "  --state-file  rewrite the state into FILE after every message handled, and on exit\n"
+    "  --verbose     one line per message handled: the active document, whether the camera\n"
+    "                was applied, what is selected, and the first host call that failed\n"
     "  --fail        make a role fail with that HRESULT (or give null), on every call or the Nth\n"
     "  --quit-after  stop after N TrackBack messages\n"
     "  --quit-file   stop once PATH exists\n"
     "  --timeout     stop after SECONDS with exit code 3\n"
-    "exit codes: 0 stopped as asked, 1 bad command line or model, 2 no add-in, 3 timeout\n";
+    "exit codes: 0 stopped as asked, 1 bad command line or model, 2 no add-in, 3 timeout,\n"
+    "            4 another host is listening on the TrackBack channel\n";
 
 namespace {
 bool ReadPositive(const std::string& text, double& value) {
@@ -38,8 +41,8 @@ bool HostSimOptions::Parse(int argc, char** argv, HostSimOptions& options, std::
       options.help = true;
       return false;
     }
-    if (option == "--state") {
-      options.state = true;
+    if (option == "--state" || option == "--verbose") {
+      (option == "--state" ? options.state : options.verbose) = true;
       continue;
     }
     std::string* text = option == "--model"        ? &options.model

@@ -12,6 +12,7 @@ struct HostSimOptions {
   CLSID clsid = {};
   std::string journal;
   bool state = false;
+  bool verbose = false;
   std::string stateFile;
   std::vector<std::string> failures;
   long quitAfter = 0;

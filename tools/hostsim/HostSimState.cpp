@@ -60,6 +60,15 @@ std::string HostSimState::Text(const HostSim& host) {
   return text;
 }
 
+std::string HostSimState::Message(const HostSim& host) {
+  const HostSimModel::Document* active = host.model.activeDocument;
+  const HostSim::Message& message = host.CurrentMessage();
+  return "hostsim: message " + std::to_string(host.CallCount("ApplicationMainWindow")) + ": active document " +
+         (active ? HostSimText::ToUtf8(active->path) : std::string("none")) + ", camera " +
+         (message.cameraApplied ? "applied" : "not applied") + ", selected " + (active ? Selection(*active) : std::string("nothing")) +
+         ", " + (message.firstFailure.empty() ? "no call failed" : "first failed call " + message.firstFailure);
+}
+
 bool HostSimState::WriteFile(const HostSim& host, const std::string& path) {
   std::string partial = path + ".partial";
   FILE* file = std::fopen(partial.c_str(), "w");

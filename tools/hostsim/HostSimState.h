@@ -11,6 +11,10 @@ class HostSim;
 class HostSimState {
 public:
   static std::string Text(const HostSim& host);
+  // The message under way in one line: its number, the active document,
+  // whether the camera was applied, what is selected there, and the first
+  // host call that failed, so a pick that did nothing shows why.
+  static std::string Message(const HostSim& host);
   // Replaces the file whole, so that a reader never sees half a state.
   static bool WriteFile(const HostSim& host, const std::string& path);
 };

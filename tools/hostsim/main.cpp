@@ -13,9 +13,10 @@
 #include "HostSimModelReader.h"
 #include "HostSimOptions.h"
 #include "HostSimState.h"
+#include "addin/LcOmTrackBackSender.h"
 
 namespace {
-enum { eSTOPPED = 0, eBAD_INPUT = 1, eNO_ADDIN = 2, eTIMED_OUT = 3 };
+enum { eSTOPPED = 0, eBAD_INPUT = 1, eNO_ADDIN = 2, eTIMED_OUT = 3, eCHANNEL_TAKEN = 4 };
 constexpr int kWaitMs = 100;
 
 int Fail(int code, const std::string& message) {
@@ -35,6 +36,7 @@ int RunLoop(const HostSimOptions& options, HostSim& host, HostSimLoop& loop, con
   long seen = host.journal.Count();
   while (true) {
     bool goOn = loop.Wait(addin, kWaitMs);
+    host.EndMessage();
     if (host.journal.Count() != seen) {
       seen = host.journal.Count();
       if (!options.stateFile.empty() && !HostSimState::WriteFile(host, options.stateFile))
@@ -51,7 +53,11 @@ int RunLoop(const HostSimOptions& options, HostSim& host, HostSimLoop& loop, con
 }
 
 int Run(const HostSimOptions& options, HostSimModel& model, HostSimJournal& journal) {
+  // Taking the channel over would cut the first host off when this one ends.
+  if (LcOmTrackBackSender::IsListenerRunning())
+    return Fail(eCHANNEL_TAKEN, "another host is listening on the TrackBack channel; this one leaves it alone");
   HostSim host(model, journal);
+  if (options.verbose) host.verbose = stdout;
   HostSimLoop loop;
   if (!loop.IsReady()) return Fail(eNO_ADDIN, "can't set up the host's thread for COM");
   host.mainWindow = loop.MainWindow();

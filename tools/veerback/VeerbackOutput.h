@@ -10,8 +10,10 @@ inline void PrintWide(FILE* out, const char16_t* text) {
   std::fputs(narrow.Get(), out);
 }
 
-// "  ok    what" or "  FAIL  what", and the check's result passed through.
-inline bool Check(bool ok, const char* what) {
+// "  ok    what", or "  FAIL  what" with what to do on the next line; the
+// check's result passed through.
+inline bool Check(bool ok, const char* what, const char* todo) {
   std::printf("  %-5s %s\n", ok ? "ok" : "FAIL", what);
+  if (!ok) std::printf("        to do: %s\n", todo);
   return ok;
 }

@@ -9,11 +9,7 @@
 #include "addin/posix/LcOmTrackBackSocket.h"
 #include "environment/posix/LcUSysPath.h"
 
-namespace {
-constexpr int kDeliveryTimeoutMs = 30000;
-}
-
-LcOmTrackBackSender::Result LcOmTrackBackSender::Deliver() {
+LcOmTrackBackSender::Result LcOmTrackBackSender::Deliver(int timeoutMs) {
   sockaddr_un address;
   socklen_t length = 0;
   if (!LcOmTrackBackSocket::GetAddress(LcOmTrackBackChannel::kWindowTitle, address, length)) return eNO_LISTENER;
@@ -29,8 +25,9 @@ LcOmTrackBackSender::Result LcOmTrackBackSender::Deliver() {
                    ssize_t(sizeof(message))) {
     pollfd answer = {fd, POLLIN, 0};
     uint32_t reply = 0;
-    if (poll(&answer, 1, kDeliveryTimeoutMs) == 1 && recv(fd, &reply, sizeof(reply), 0) == ssize_t(sizeof(reply)) &&
-        reply == message)
+    if (poll(&answer, 1, timeoutMs) != 1)
+      result = eTIMED_OUT;
+    else if (recv(fd, &reply, sizeof(reply), 0) == ssize_t(sizeof(reply)) && reply == message)
       result = eTAKEN;
   }
   close(fd);
@@ -67,4 +64,10 @@ bool LcOmTrackBackSender::EnsureFolderOf(const char16_t* path) {
     }
   }
   return true;
+}
+
+// The file layer turns either separator into '/' at the system call; users
+// get the path that call sees.
+void LcOmTrackBackSender::ToPlatformForm(LcUString& path) {
+  path.Replace(u"\\", u"/", 0, true);
 }

@@ -5,18 +5,14 @@
 #include "addin/LcOmTrackBackSender.h"
 #include "environment/LcUSysFile.h"
 
-namespace {
-constexpr UINT kDeliveryTimeoutMs = 30000;
-}
-
-LcOmTrackBackSender::Result LcOmTrackBackSender::Deliver() {
+LcOmTrackBackSender::Result LcOmTrackBackSender::Deliver(int timeoutMs) {
   HWND listener = FindWindowA(nullptr, LcOmTrackBackChannel::kWindowTitle);
   if (!listener) return eNO_LISTENER;
   UINT message = RegisterWindowMessageA(LcOmTrackBackChannel::kMessageName);
   DWORD_PTR answer = 0;
   // Returns once the listener's thread has run its window procedure.
-  if (!SendMessageTimeoutA(listener, message, 0, 0, SMTO_ABORTIFHUNG, kDeliveryTimeoutMs, &answer))
-    return eNO_LISTENER;
+  if (!SendMessageTimeoutA(listener, message, 0, 0, SMTO_ABORTIFHUNG, UINT(timeoutMs), &answer))
+    return GetLastError() == ERROR_TIMEOUT ? eTIMED_OUT : eNO_LISTENER;
   return eTAKEN;
 }
 
@@ -33,3 +29,5 @@ bool LcOmTrackBackSender::EnsureFolderOf(const char16_t* path) {
   int result = SHCreateDirectoryExW(nullptr, reinterpret_cast<const wchar_t*>(folder.Get()), nullptr);
   return result == ERROR_SUCCESS || result == ERROR_ALREADY_EXISTS || result == ERROR_FILE_EXISTS;
 }
+
+void LcOmTrackBackSender::ToPlatformForm(LcUString&) {}

@@ -13,13 +13,30 @@ std::wstring Widen(const std::string& text) {
 }
 }  // namespace
 
-int TestProcess::Run(const std::string& program, const std::vector<std::string>& arguments, void (*pump)()) {
+int TestProcess::Run(const std::string& program, const std::vector<std::string>& arguments, void (*pump)(),
+                     const std::string& output) {
   std::wstring command = L"\"" + Widen(program) + L"\"";
   for (const std::string& a : arguments) command += L" \"" + Widen(a) + L"\"";
   STARTUPINFOW startup = {};
   startup.cb = sizeof(startup);
+  SECURITY_ATTRIBUTES inherit = {sizeof(inherit), nullptr, TRUE};
+  HANDLE files[2] = {INVALID_HANDLE_VALUE, INVALID_HANDLE_VALUE};
+  if (!output.empty()) {
+    files[0] = CreateFileW(Widen(output + ".out").c_str(), GENERIC_WRITE, FILE_SHARE_READ, &inherit, CREATE_ALWAYS,
+                           FILE_ATTRIBUTE_NORMAL, nullptr);
+    files[1] = CreateFileW(Widen(output + ".err").c_str(), GENERIC_WRITE, FILE_SHARE_READ, &inherit, CREATE_ALWAYS,
+                           FILE_ATTRIBUTE_NORMAL, nullptr);
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
+    startup.hStdOutput = files[0];
+    startup.hStdError = files[1];
+  }
   PROCESS_INFORMATION info = {};
-  if (!CreateProcessW(nullptr, &command[0], nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &info)) return -1;
+  BOOL started = CreateProcessW(nullptr, &command[0], nullptr, nullptr, !output.empty(), 0, nullptr, nullptr,
+                                &startup, &info);
+  for (HANDLE file : files)
+    if (file != INVALID_HANDLE_VALUE) CloseHandle(file);
+  if (!started) return -1;
   // Sent messages are handled while this thread pumps.
   while (MsgWaitForMultipleObjects(1, &info.hProcess, FALSE, 5, QS_ALLINPUT) != WAIT_OBJECT_0)
     if (pump) pump();

@@ -12,14 +12,19 @@ void VeerbackPlatform::GetArguments(int argc, char** argv, std::vector<LcUString
   }
 }
 
-bool VeerbackPlatform::CallServerFunction(const char16_t* module, const char* function, HRESULT& result) {
+VeerbackPlatform::Call VeerbackPlatform::CallServerFunction(const char16_t* module, const char* function,
+                                                            HRESULT& result, std::string& error) {
   LcUStringA native;
   void* handle = LcUSysPath::ToNative(module, native) ? dlopen(native.Get(), RTLD_NOW | RTLD_LOCAL) : nullptr;
-  if (!handle) return false;
+  if (!handle) {
+    const char* why = dlerror();
+    error = why ? why : "not a path";
+    return eNOT_LOADED;
+  }
   auto call = reinterpret_cast<HRESULT (*)()>(dlsym(handle, function));
   if (call) result = call();
   dlclose(handle);
-  return call != nullptr;
+  return call ? eCALLED : eNO_FUNCTION;
 }
 
 bool VeerbackPlatform::IsFolderWritable(const char16_t* folder) {

@@ -3,6 +3,8 @@
 #include <windows.h>
 #include <shellapi.h>
 
+#include <cstdio>
+
 #include "VeerbackOutput.h"
 
 namespace {
@@ -18,13 +20,23 @@ void VeerbackPlatform::GetArguments(int, char**, std::vector<LcUString>& argumen
   LocalFree(wide);
 }
 
-bool VeerbackPlatform::CallServerFunction(const char16_t* module, const char* function, HRESULT& result) {
+VeerbackPlatform::Call VeerbackPlatform::CallServerFunction(const char16_t* module, const char* function,
+                                                            HRESULT& result, std::string& error) {
   HMODULE handle = LoadLibraryW(Wide(module));
-  if (!handle) return false;
+  if (!handle) {
+    DWORD code = GetLastError();
+    char text[512] = {};
+    if (!FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, code, 0, text,
+                        sizeof(text), nullptr))
+      std::snprintf(text, sizeof(text), "error %lu", static_cast<unsigned long>(code));
+    error = text;
+    while (!error.empty() && (error.back() == '\n' || error.back() == '\r' || error.back() == ' ')) error.pop_back();
+    return eNOT_LOADED;
+  }
   auto call = reinterpret_cast<HRESULT(WINAPI*)()>(reinterpret_cast<void*>(GetProcAddress(handle, function)));
   if (call) result = call();
   FreeLibrary(handle);
-  return call != nullptr;
+  return call ? eCALLED : eNO_FUNCTION;
 }
 
 bool VeerbackPlatform::IsFolderWritable(const char16_t* folder) {

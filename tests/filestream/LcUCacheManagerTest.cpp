@@ -317,6 +317,9 @@ TEST_F(LocalCache, ALocalCopyOfAFileWithoutVersionComesDownToATemporaryFile) {
   // A download that fails leaves no copy and no file behind.
   protocol->FailDownloads(true);
   EXPECT_EQ(nullptr, engine->GetLocalCopy(url.c_str(), false, nullptr));
+  LcUCacheFile result;
+  EXPECT_FALSE(cache->GetCacheFileForURL(url.c_str(), protocol, nullptr, false, result));
+  EXPECT_TRUE(result.path.IsEmpty());
   for (const std::u16string& name : Names(std::u16string(folder.Get()))) EXPECT_NE(0u, Narrow(name).find("tw_"));
 }
 

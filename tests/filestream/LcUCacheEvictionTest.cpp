@@ -45,6 +45,7 @@ TEST_F(CacheEviction, OldestFirstUntilWithinTheLimitSparingTheNewestAndTheLocked
       {0, 0, {1, 2}, {1, 2}},
       {1024, 0, {}, {0, 1, 2, 3}},
       {0, 3, {0}, {0, 1, 2, 3}},  // no more inactive entries than are to stay
+      {0, 2, {3}, {1, 2, 3}},     // the locked are not among those spared
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(testing::Message() << c.maxSize << " MiB, " << c.minInactive << " spared");

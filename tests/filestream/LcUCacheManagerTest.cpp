@@ -300,6 +300,53 @@ TEST_F(LocalCache, ALocalCopyIsWholeAndHoldsTheEntry) {
   EXPECT_FALSE(Exists(halfPath)) << "the caller's alone";
 }
 
+TEST_F(LocalCache, ALocalCopyOfAFileWithoutVersionComesDownToATemporaryFile) {
+  protocol->SetCanDownload(true);
+  protocol->SetRevision(u"");
+  protocol->SetTimes(false);
+  std::u16string url = Remote(u"unversioned.bin", 2 * B + 3);
+  LcULocalCopy* copy = engine->GetLocalCopy(url.c_str(), false, nullptr);
+  ASSERT_NE(nullptr, copy);
+  std::u16string path(copy->path.Get());
+  EXPECT_EQ(0u, FileName(path).find("tw_"));
+  EXPECT_EQ(remoteData, ReadDisk(path));
+  EXPECT_EQ(nullptr, copy->lock);
+  engine->ReleaseLocalCopy(copy, true);
+  EXPECT_FALSE(Exists(path));
+  EXPECT_FALSE(Exists(Root() + u"/unversioned.bin"));
+  // A download that fails leaves no copy and no file behind.
+  protocol->FailDownloads(true);
+  EXPECT_EQ(nullptr, engine->GetLocalCopy(url.c_str(), false, nullptr));
+  LcUCacheFile result;
+  EXPECT_FALSE(cache->GetCacheFileForURL(url.c_str(), protocol, nullptr, false, result));
+  EXPECT_TRUE(result.path.IsEmpty());
+  for (const std::u16string& name : Names(std::u16string(folder.Get()))) EXPECT_NE(0u, Narrow(name).find("tw_"));
+}
+
+TEST_F(LocalCache, AStateIsCompleteOnlyForItsSizeWithEveryBlockSet) {
+  auto state = [](uint64_t total, uint32_t bits, std::vector<uint32_t> words) {
+    std::vector<uint8_t> bytes(24 + 4 * words.size());
+    uint32_t header[6] = {uint32_t(total), uint32_t(total >> 32), 0, bits, 0, bits};
+    for (size_t i = 0; i < 6 + words.size(); ++i)
+      for (int b = 0; b < 4; ++b) bytes[4 * i + b] = uint8_t((i < 6 ? header[i] : words[i - 6]) >> (8 * b));
+    return bytes;
+  };
+  const struct {
+    const char* name;
+    std::vector<uint8_t> bytes;
+    uint64_t size;
+    bool complete;
+  } cases[] = {
+      {"all three blocks", state(2 * B + 1, 3, {7}), 2 * B + 1, true},
+      {"one missing", state(2 * B + 1, 3, {5}), 2 * B + 1, false},
+      {"another size", state(2 * B + 1, 3, {7}), 2 * B + 2, false},
+      {"header only", std::vector<uint8_t>(24, 0), 1, false},
+      {"an empty file", {}, 0, true},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(c.complete, LcUCacheEntry::IsCompleteState(c.bytes.data(), c.bytes.size(), c.size)) << c.name;
+}
+
 TEST_F(LocalCache, TheBestCachedCopyIsTheNewestCompleteOne) {
   std::u16string url = Remote(u"best.bin", 2 * B);
   std::string file = Narrow(PathOf(u"best.bin"));

@@ -104,6 +104,11 @@ void RemoteTestProtocol::SetCanDownload(bool on) {
   canDownload = on;
 }
 
+void RemoteTestProtocol::FailDownloads(bool on) {
+  std::lock_guard<std::mutex> guard(lock);
+  failDownloads = on;
+}
+
 bool RemoteTestProtocol::CanDownload() {
   std::lock_guard<std::mutex> guard(lock);
   return canDownload;
@@ -117,6 +122,7 @@ int32_t RemoteTestProtocol::Downloads() {
 bool RemoteTestProtocol::DownloadFile(const char16_t* url, const char16_t* path, LcUDownloadProgressSink*) {
   std::lock_guard<std::mutex> guard(lock);
   ++downloads;
+  if (failDownloads) return false;
   FILE* from = std::fopen(PathOf(url).c_str(), "rb");
   std::string target;
   for (const char16_t* c = path; *c; ++c) target += *c == u'\\' ? '/' : char(*c);

@@ -36,8 +36,9 @@ public:
   // revision id unless it is empty.
   void SetTimes(bool on);
   void SetRevision(const std::u16string& id);
-  // Whole downloads copy the file.
+  // Whole downloads copy the file, or fail when told to.
   void SetCanDownload(bool on);
+  void FailDownloads(bool on);
   int32_t Downloads();
   std::vector<Call> Reads();
   int32_t CountReads(int64_t offset);
@@ -83,6 +84,7 @@ private:
   bool times = true;
   std::u16string revision;
   bool canDownload = false;
+  bool failDownloads = false;
   int32_t downloads = 0;
   std::map<int64_t, int32_t> failures;
   std::vector<Call> reads;

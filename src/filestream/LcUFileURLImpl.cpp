@@ -30,7 +30,7 @@ LcUFileURLImpl::LcUFileURLImpl(int32_t cacheMode)
       memoryTest(&PageSaysMemoryLow),
       m_action_queue(kUnlimited, 1, false, true),
       m_temp_action_queue(kUnlimited, 1, false, true),
-      m_download_queue(kUnlimited, eDOWNLOAD_THREADS, false, true),
+      m_download_queue(kUnlimited, eDOWNLOAD_THREADS, false),
       m_open_queue(eOPEN_QUEUE_PLACES, eOPEN_THREADS, false, true) {
   LcUError::TraceF(5, "LcUFileURL- Own Caching=%d\n", int(ownCaching));
   LcUPage::AddPageOut(this);

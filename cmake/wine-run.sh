@@ -56,4 +56,16 @@ case "${1:-}" in
   "")
     echo "wine-run.sh: no program given" >&2; exit 2 ;;
 esac
-exec "$WINE" "$@"
+# Whatever the program starts (cmd.exe and its conhost, the desktop's
+# explorer.exe) is forked from it and inherits its Unix output. One that
+# outlives the program would keep
+# the caller's pipe open and CTest waiting until its timeout. So the program
+# writes into files, and only this script writes to the caller.
+out=$(mktemp "${TMPDIR:-/tmp}/wine-run.out.XXXXXX")
+err=$(mktemp "${TMPDIR:-/tmp}/wine-run.err.XXXXXX")
+trap 'rm -f "$out" "$err"' EXIT
+"$WINE" "$@" >"$out" 2>"$err"
+status=$?
+cat "$out"
+cat "$err" >&2
+exit $status

@@ -23,7 +23,13 @@ HRESULT LcGlfHostCall::Invoke(IDispatch* object, DISPID id, WORD kind, VARTYPE r
   EXCEPINFO exception = {};
   UINT argError = 0;
   HRESULT hr = object->Invoke(id, IID_NULL, 0, kind, &params, result ? &answer : nullptr, &exception, &argError);
-  if (hr == DISP_E_EXCEPTION) LcGlfErrorInfo::Store(exception);
+  if (hr == DISP_E_EXCEPTION) {
+    // A host may leave the details to be filled in on demand.
+    if (exception.pfnDeferredFillIn) exception.pfnDeferredFillIn(&exception);
+    LcGlfErrorInfo::Store(exception);
+    // The host's own code rather than the wrapper's; an exception told by wCode alone has none.
+    if (FAILED(exception.scode)) hr = exception.scode;
+  }
   SysFreeString(exception.bstrSource);
   SysFreeString(exception.bstrDescription);
   SysFreeString(exception.bstrHelpFile);

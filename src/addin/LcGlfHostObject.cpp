@@ -88,9 +88,5 @@ LcGlfBstr::LcGlfBstr(const char16_t* source, int32_t length) {
 }
 
 VARIANT LcGlfBstr::AsVariant() const {
-  VARIANT v;
-  VariantInit(&v);
-  v.vt = VT_BSTR;
-  v.bstrVal = text;
-  return v;
+  return LcGlfVariant::Text(text);
 }

@@ -6,8 +6,9 @@
 #include "foundation/LcUError.h"
 
 int LcGlfTrackBackReceiver::onTrackBack(const LcOmTrackBackRecord& record) {
-  // A raised COM error ends the Veerback here: it must not unwind through
-  // the window procedure into the host's loop, which is no C++ frame.
+  // A raised COM error ends the Veerback here, deliberately, instead of going
+  // on out: a C++ exception must not unwind through the window procedure into
+  // the host's message loop, which is no C++ frame and would end the host.
   try {
     Veerback(record);
   } catch (const LcGlfComError& error) {

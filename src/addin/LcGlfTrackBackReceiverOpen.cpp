@@ -54,13 +54,15 @@ HRESULT LcGlfTrackBackReceiver::OpenAssembly(const LcGlfHostObject& documents, c
 
   VARIANT pathArg = path.AsVariant();
   VARIANT designView, levelOfDetail;
-  if (FAILED(fileService.Call(eFileServiceDesignViewName, DISPATCH_METHOD, VT_BSTR, &designView, &pathArg, 1)))
+  // A name that can't be read goes out as a null string.
+  if (FAILED(fileService.Call(eFileServiceDesignViewName, DISPATCH_METHOD, VT_BSTR, &designView, &pathArg, 1))) {
     allOk = false;
-  if (FAILED(fileService.Call(eFileServiceLevelOfDetailName, DISPATCH_METHOD, VT_BSTR, &levelOfDetail, &pathArg, 1)))
+    designView = LcGlfVariant::Text(nullptr);
+  }
+  if (FAILED(fileService.Call(eFileServiceLevelOfDetailName, DISPATCH_METHOD, VT_BSTR, &levelOfDetail, &pathArg, 1))) {
     allOk = false;
-  // A failed read leaves an empty variant: it goes out as a null string.
-  designView.vt = VT_BSTR;
-  levelOfDetail.vt = VT_BSTR;
+    levelOfDetail = LcGlfVariant::Text(nullptr);
+  }
   LcGlfBstr levelName(u"LevelOfDetailRepresentation"), designName(u"DesignViewRepresentation");
   VARIANT levelArgs[2] = {levelName.AsVariant(), levelOfDetail};
   VARIANT designArgs[2] = {designName.AsVariant(), designView};

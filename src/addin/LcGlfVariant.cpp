@@ -29,61 +29,19 @@ HRESULT Dereference(VARIANT& value) {
   value = plain;  // the original referred to storage it doesn't own
   return S_OK;
 }
-
-bool AsNumber(const VARIANT& value, double& number) {
-  switch (value.vt) {
-    case VT_I2: number = value.iVal; return true;
-    case VT_I4: number = value.lVal; return true;
-    case VT_R8: number = value.dblVal; return true;
-    case VT_BOOL: number = value.boolVal ? -1 : 0; return true;
-    case VT_EMPTY: number = 0; return true;
-    default: return false;
-  }
-}
 }  // namespace
 
 HRESULT LcGlfVariant::ChangeType(VARIANT& value, VARTYPE type) {
   HRESULT hr = Dereference(value);
+  // A value of the wanted type stays as it is: a null string stays null.
+  if (SUCCEEDED(hr) && type != VT_VARIANT && value.vt != type) hr = VariantChangeType(&value, &value, 0, type);
   if (FAILED(hr)) {
-    VariantInit(&value);
+    VariantClear(&value);
     return hr;
   }
-  if (type == VT_VARIANT || value.vt == type) {
-    if (value.vt == VT_BOOL) value.boolVal = value.boolVal ? VARIANT_TRUE : VARIANT_FALSE;
-    return S_OK;
-  }
-  double number = 0;
-  switch (type) {
-    case VT_DISPATCH:
-      if (value.vt == VT_EMPTY || value.vt == VT_NULL) {
-        value.vt = VT_DISPATCH;
-        value.pdispVal = nullptr;
-        return S_OK;
-      }
-      if (value.vt == VT_UNKNOWN) {
-        IDispatch* dispatch = nullptr;
-        hr = value.punkVal ? value.punkVal->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(&dispatch)) : S_OK;
-        VariantClear(&value);
-        if (FAILED(hr)) return DISP_E_TYPEMISMATCH;
-        value.vt = VT_DISPATCH;
-        value.pdispVal = dispatch;
-        return S_OK;
-      }
-      break;
-    case VT_BOOL:
-    case VT_I4:
-    case VT_R8:
-      if (!AsNumber(value, number)) break;
-      VariantClear(&value);
-      value.vt = type;
-      if (type == VT_BOOL) value.boolVal = number != 0 ? VARIANT_TRUE : VARIANT_FALSE;
-      if (type == VT_I4) value.lVal = LONG(number);
-      if (type == VT_R8) value.dblVal = number;
-      return S_OK;
-    default: break;
-  }
-  VariantClear(&value);
-  return DISP_E_TYPEMISMATCH;
+  // Hosts answer true as any non-zero value.
+  if (value.vt == VT_BOOL) value.boolVal = value.boolVal ? VARIANT_TRUE : VARIANT_FALSE;
+  return S_OK;
 }
 
 void LcGlfVariant::Copy(const VARIANT& from, VARIANT& to) {
@@ -122,6 +80,12 @@ VARIANT LcGlfVariant::Double(double value) {
 VARIANT LcGlfVariant::Dispatch(IDispatch* value) {
   VARIANT v = Typed(VT_DISPATCH);
   v.pdispVal = value;
+  return v;
+}
+
+VARIANT LcGlfVariant::Text(BSTR value) {
+  VARIANT v = Typed(VT_BSTR);
+  v.bstrVal = value;
   return v;
 }
 

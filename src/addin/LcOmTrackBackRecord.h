@@ -18,8 +18,9 @@ public:
   // don't fit. A null text copies one terminator.
   int setDocumentPath(const char16_t* path);
   int setItemFilePath(const char16_t* path);
-  // The texts' lengths, bounded by their fields: a record from a file need
-  // not terminate them.
+  // The texts' lengths, bounded by their fields. A record from a file need
+  // not terminate them, and a text then ends at its field rather than running
+  // on into the next one: the host must never read beyond the record.
   int32_t DocumentPathLength() const { return FieldLength(documentPath, eDOCUMENT_PATH_UNITS); }
   int32_t ItemFilePathLength() const { return FieldLength(itemFilePath, eITEM_FILE_PATH_UNITS); }
 

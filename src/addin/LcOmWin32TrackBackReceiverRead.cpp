@@ -21,6 +21,8 @@ bool LcOmWin32TrackBackReceiver::ReadRecord(const char16_t* path, LcOmTrackBackR
     report.Post();
     return false;
   }
+  // A short file is closed here as well, by the handle: left open, every bad
+  // record would cost the host a file handle for the rest of its session.
   if (std::fread(&record, sizeof(record), 1, file.GetStream()) != 1) {
     LcUError::PostF(LcUError::eWARNING, nullptr, "Trackback: file read failed");
     return false;

@@ -1,7 +1,10 @@
 #include "environment/LcUResourceTable.h"
 
+#include <algorithm>
 #include <cstring>
 #include <new>
+#include <string>
+#include <vector>
 
 #include "environment/LcUResourceParseState.h"
 #include "foundation/LcUError.h"
@@ -12,10 +15,11 @@ LcUResourceFallback LcUResourceTable::fallback = nullptr;
 void* LcUResourceTable::fallbackContext = nullptr;
 
 namespace {
-// A table that refers to itself would otherwise grow or loop for ever; no
-// sane value needs this many replacements or this much text.
-constexpr int32_t kMaxReplacements = 1024;
-constexpr int32_t kMaxSubstitutedLength = 1 << 18;
+// Where the text came from: each replaced tag's value now ends before end.
+struct Expansion {
+  std::string key;
+  int32_t end;
+};
 
 bool IsAscii(std::string_view text) {
   for (char c : text)
@@ -224,17 +228,26 @@ LcUResourceTable::Substitution LcUResourceTable::Substitute(const Name& name, co
   out.Free();
   if (value.IsNull() || value.Find(u"${") < 0) return eSUBSTITUTED;
   out = value;
+  std::vector<Expansion> within;
+  // The text before the last replaced tag holds none, but its last "$" may
+  // begin one with the inserted text; scanning goes on from there.
+  int32_t from = 0;
   for (int32_t replaced = 0; !out.IsEmpty(); ++replaced) {
-    int32_t open = out.Find(u"${");
+    int32_t open = out.Find(u"${", from);
     if (open < 0) return eSUBSTITUTED;
+    within.erase(std::remove_if(within.begin(), within.end(), [open](const Expansion& e) { return e.end <= open; }),
+                 within.end());
     int32_t close = out.FindChar(u'}', open + 2);
     LcUString tag;
     LcUStringA key;
-    bool wellFormed = close > open + 2 && replaced < kMaxReplacements && out.Length() < kMaxSubstitutedLength;
+    bool wellFormed = close > open + 2;
     if (wellFormed) {
       LcUString::Substring(out, open + 2, close, tag);
       wellFormed = LcUString::WideToMultiByte(tag.Get(), key);
     }
+    // A tag inside its own key's value refers to itself: it would be replaced for ever.
+    for (const Expansion& e : within)
+      if (wellFormed && e.key == key.Get()) wellFormed = false;
     if (!wellFormed) {
       if (state) {
         Fail(state, "Malformed tag in user name.");
@@ -248,7 +261,11 @@ LcUResourceTable::Substitution LcUResourceTable::Substitute(const Name& name, co
       if (replaced == 0) out.Clear();
       return eKEY_MISSING;
     }
+    int32_t before = out.Length();
     out.ReplaceRange(open, close + 1, text->Get());
+    for (Expansion& e : within) e.end += out.Length() - before;
+    within.push_back({key.Get(), open + text->Length()});
+    from = open > 0 ? open - 1 : 0;
   }
   return eSUBSTITUTED;
 }

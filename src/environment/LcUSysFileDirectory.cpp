@@ -1,15 +1,27 @@
+#include <string>
+
+#include "environment/LcUResource.h"
 #include "environment/LcUSysFile.h"
 #include "environment/LcUSysFileIterator.h"
 #include "foundation/LcUError.h"
 
 namespace {
-// The built-in texts: users see these until a string table can replace them.
-void Tell(const char* builtIn, const char16_t* path) {
+// The string table's text for key, or the built-in one until a table is
+// loaded. The path goes in place of the first %s by hand: a table's text is
+// no format to trust.
+void Tell(const char* key, const char* builtIn, const char16_t* path) {
+  LcUStringA text(builtIn);
+  LcUString found;
+  if (LcUResource::IsInitialised() && LcUResource::FindString(key, found)) {
+    LcUStringA table;
+    if (LcUString::UTF16ToUTF8(found.Get(), table, true)) text.Assign(table.Get());
+  }
   LcUStringA narrow;
   LcUString::UTF16ToUTF8(path, narrow, true);
-  LcUStringA text;
-  text.Format(builtIn, narrow.Get());
-  LcUError::FatalText(text.Get(), false);
+  std::string message(text.Get());
+  size_t at = message.find("%s");
+  if (at != std::string::npos) message.replace(at, 2, narrow.Get());
+  LcUError::FatalText(message.c_str(), false);
 }
 
 const char kFailedToCreate[] =
@@ -26,11 +38,11 @@ const char kFailedToWrite[] =
 bool LcUSysFile::EnsureDirectoryAccess(const char16_t* path) {
   if (!path || !*path) return false;
   if (!IsReadable(path)) {
-    Tell(kFailedToRead, path);
+    Tell("lcufileutils_failed_to_read_dir", kFailedToRead, path);
     return false;
   }
   if (!IsWritable(path)) {
-    Tell(kFailedToWrite, path);
+    Tell("lcufileutils_failed_to_write_dir", kFailedToWrite, path);
     return false;
   }
   return true;
@@ -40,7 +52,7 @@ bool LcUSysFile::EnsureDirectory(const char16_t* path) {
   if (!path || !*path) return false;
   if (Exists(path)) return EnsureDirectoryAccess(path);
   if (!CreateDirectories(path)) {
-    Tell(kFailedToCreate, path);
+    Tell("lcufileutils_failed_to_create_dir", kFailedToCreate, path);
     return false;
   }
   return EnsureDirectoryAccess(path);

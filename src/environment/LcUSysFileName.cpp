@@ -70,7 +70,8 @@ bool LcUSysFile::HasExtension(const char16_t* path, const char16_t* ext) {
   if (!path) return false;
   if (ext && ext[0] == '.') ++ext;
   int32_t dot = ExtensionDot(path, LcUString::Len(path));
-  if (dot < 0) return !ext || !*ext;
+  // Only a null extension matches a path without one.
+  if (dot < 0) return !ext;
   return ext && LcUString::CompareNoCase(path + dot + 1, ext) == 0;
 }
 

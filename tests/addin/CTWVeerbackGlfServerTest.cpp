@@ -149,8 +149,15 @@ TEST_F(AddInModule, ActivateThroughInvoke) {
             server->Invoke(eDISPID_ACTIVATE, IID_NULL, 0, DISPATCH_METHOD, &none, nullptr, nullptr, nullptr));
   EXPECT_EQ(DISP_E_MEMBERNOTFOUND, server->Invoke(7, IID_NULL, 0, DISPATCH_METHOD, &none, nullptr, nullptr, nullptr));
 
-  // A failing Activate comes back as an exception carrying its result.
+  // A failing Activate comes back as an exception carrying its result. An
+  // empty argument is no object at all, as VariantChangeType has it.
   args[1].vt = VT_EMPTY;
+  args[0].vt = VT_BOOL;
+  EXPECT_EQ(DISP_E_TYPEMISMATCH,
+            server->Invoke(eDISPID_ACTIVATE, IID_NULL, 0, DISPATCH_METHOD, &params, nullptr, nullptr, &argError));
+  EXPECT_EQ(1u, argError);
+  args[1].vt = VT_DISPATCH;
+  args[1].pdispVal = nullptr;
   args[0].vt = VT_BOOL;
   EXCEPINFO exception = {};
   EXPECT_EQ(DISP_E_EXCEPTION,

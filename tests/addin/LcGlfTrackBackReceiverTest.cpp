@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <fstream>
@@ -252,6 +253,40 @@ TEST_F(Veerback, CameraValuesReachTheHost) {
   EXPECT_FALSE(Has(lines, "CameraSetExtents"));
   EXPECT_TRUE(Has(lines, "PointZ(30)"));  // mid clip range: 20 ahead
   EXPECT_TRUE(Has(lines, "UnitVectorY(1)"));
+}
+
+// Half turns about each axis are exact, so the host must get exact numbers.
+TEST_F(Veerback, ARotatedCameraReachesTheHostExactly) {
+  struct Case {
+    const char* axis;
+    LcLRotation rotation;
+    double target[3], up[3];
+  };
+  const Case cases[] = {{"x", LcLRotation(1, 0, 0, 0), {1, 2, 23}, {0, -1, 0}},
+                        {"y", LcLRotation(0, 1, 0, 0), {1, 2, 23}, {0, 1, 0}},
+                        {"z", LcLRotation(0, 0, 1, 0), {1, 2, -17}, {0, -1, 0}}};
+  for (const Case& c : cases) {
+    Start();
+    LcOmTrackBackRecord record = Record(kGearbox);
+    record.camera.position = LcLPoint3f(1.0, 2.0, 3.0);
+    record.camera.rotation = c.rotation;
+    Send(record);
+    const HostSimModel::Camera& camera = model->activeDocument->views[size_t(model->activeView)];
+    const double eye[3] = {1, 2, 3};
+    for (int i = 0; i < 3; ++i) {
+      EXPECT_EQ(eye[i], camera.eye[i]) << c.axis << " eye " << i;
+      EXPECT_EQ(c.target[i], camera.target[i]) << c.axis << " target " << i;
+      EXPECT_EQ(c.up[i], camera.up[i]) << c.axis << " up " << i;
+    }
+  }
+  // The y write of the up vector alone may fail and the camera still goes on.
+  Start("fail UnitVectorY=0x80004005\n");
+  std::vector<std::string> roles = Roles(Send(Record(kGearbox)));
+  const std::vector<std::string> tail = {"UnitVectorY", "UnitVectorZ", "CameraEye", "CameraUpVector"};
+  auto y = std::find(roles.begin(), roles.end(), "UnitVectorY");
+  ASSERT_GE(std::distance(y, roles.end()), std::ptrdiff_t(tail.size()));
+  EXPECT_TRUE(std::equal(tail.begin(), tail.end(), y));
+  EXPECT_TRUE(Has(roles, "CameraApply"));
 }
 
 TEST_F(Veerback, ItemPathsOfOneTwoAndThreeNames) {

@@ -29,14 +29,40 @@ void TestDispatch::SetProperty(DISPID id, const VARIANT& value) {
   properties.push_back({id, value});
 }
 
-HRESULT TestDispatch::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS*, VARIANT* result, EXCEPINFO*,
+void TestDispatch::SetException(DISPID id, SCODE scode, bool deferred) {
+  exceptions.push_back({id, scode, deferred});
+}
+
+namespace {
+SCODE deferredScode = 0;
+
+HRESULT STDMETHODCALLTYPE FillIn(EXCEPINFO* exception) {
+  exception->scode = deferredScode;
+  return S_OK;
+}
+}  // namespace
+
+HRESULT TestDispatch::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS*, VARIANT* result, EXCEPINFO* exception,
                              UINT*) {
   calls.push_back({id, flags});
+  for (const Exception& e : exceptions) {
+    if (e.id != id) continue;
+    if (!exception) return DISP_E_EXCEPTION;
+    *exception = EXCEPINFO();
+    exception->bstrDescription = SysAllocString(reinterpret_cast<const OLECHAR*>(u"host refused"));
+    if (e.deferred) {
+      deferredScode = e.scode;
+      exception->pfnDeferredFillIn = &FillIn;
+    } else {
+      exception->scode = e.scode;
+    }
+    return DISP_E_EXCEPTION;
+  }
   for (const Property& p : properties) {
     if (p.id != id || !(flags & DISPATCH_PROPERTYGET)) continue;
     if (!result) return E_INVALIDARG;
     *result = p.value;
-    if (result->vt == VT_DISPATCH && result->pdispVal) result->pdispVal->AddRef();
+    if ((result->vt == VT_DISPATCH || result->vt == VT_UNKNOWN) && result->punkVal) result->punkVal->AddRef();
     return S_OK;
   }
   return DISP_E_MEMBERNOTFOUND;

@@ -14,6 +14,9 @@ public:
 
   // Answers a get of id with value (a reference is taken per answer).
   void SetProperty(DISPID id, const VARIANT& value);
+  // Answers a call of id with an exception carrying scode, given at once or
+  // left to the deferred fill-in.
+  void SetException(DISPID id, SCODE scode, bool deferred = false);
   // Whether QueryInterface answers the host's add-in site interface.
   void OfferSite(bool offer) { offersSite = offer; }
   const std::vector<Call>& GetCalls() const { return calls; }
@@ -33,9 +36,15 @@ private:
     DISPID id;
     VARIANT value;
   };
+  struct Exception {
+    DISPID id;
+    SCODE scode;
+    bool deferred;
+  };
   ULONG refs = 1;
   bool offersSite = false;
   std::vector<Property> properties;
+  std::vector<Exception> exceptions;
   std::vector<Call> calls;
 };
 

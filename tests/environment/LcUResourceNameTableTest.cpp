@@ -128,6 +128,21 @@ TEST_F(LcUResourceTables, LegacyAndUTF8TablesGiveTheSamePairs) {
   EXPECT_EQ(Text("b1"), Text("b2"));
 }
 
+// A name file is text: CR LF ends a line and Ctrl-Z the file, on Linux too.
+TEST_F(LcUResourceTables, AWindowsTextFileLoadsAsItsPlainTwin) {
+  const std::string plain = "\xEF\xBB\xBF\n# caf\xC3\xA9\nk=caf\xC3\xA9\nb={\none\ntwo\n}\n";
+  std::string windows;
+  for (char c : plain) windows += c == '\n' ? std::string("\r\n") : std::string(1, c);
+  windows += "\x1A" "after=the end\n";
+  ASSERT_TRUE(LcUResource::LoadNameFile(Table(u"windows.name", windows).Get(), "w."));
+  ASSERT_TRUE(LcUResource::LoadNameFile(Table(u"plain.name", plain).Get(), "p."));
+  EXPECT_EQ(Text("p.k"), "caf\xC3\xA9");
+  EXPECT_EQ(Text("w.k"), Text("p.k"));
+  EXPECT_EQ(Text("w.b"), "one\ntwo\n");
+  EXPECT_EQ(Text("w.after"), "<absent>");
+  EXPECT_TRUE(reports().empty());
+}
+
 TEST_F(LcUResourceTables, PrefixGoesBeforeEveryName) {
   LcUResourceParseState state;
   ASSERT_TRUE(ReadTable("a=${p.b}\nb=B\n", nullptr, state, "p."));
@@ -197,5 +212,30 @@ TEST_F(LcUResourceTables, SelfReferenceEndsWithAReport) {
   EXPECT_EQ(Text("a"), "${a}");
   LcUResource::DefineString("b", u"x");
   EXPECT_FALSE(reports().empty()) << "the pending pass gave up on a";
+  // A value that grows around its own tag, and a cycle through another name.
+  reports().clear();
+  LcUResourceParseState state;
+  EXPECT_TRUE(ReadTable("g=x${g}\n", nullptr, state));
+  EXPECT_FALSE(reports().empty()) << "the pending pass gave up on g";
+  reports().clear();
+  LcUResource::DefineString("c", u"${d}");
+  LcUResource::DefineString("d", u"<${c}>");
+  EXPECT_FALSE(reports().empty()) << "the cycle of c and d ended with a report";
+}
+
+// Only a tag inside its own value stops substitution: many tags and long texts are fine.
+TEST_F(LcUResourceTables, LargeSubstitutionsLoad) {
+  std::string manyTags, longTags;
+  for (int i = 0; i < 1100; ++i) manyTags += "${o}";
+  for (int i = 0; i < 100; ++i) longTags += "${L}";
+  LcUResourceParseState state;
+  ASSERT_TRUE(ReadTable("o=1\nL=" + std::string(2700, 'L') + "\nmany=" + manyTags + "\nhuge=" + longTags +
+                            "\nnested=${many}${many}\n",
+                        nullptr, state))
+      << (state.errorText.Get() ? state.errorText.Get() : "");
+  EXPECT_EQ(Text("many"), std::string(1100, '1'));
+  EXPECT_EQ(Text("huge"), std::string(270000, 'L'));
+  EXPECT_EQ(Text("nested"), std::string(2200, '1'));
+  EXPECT_TRUE(reports().empty());
 }
 }  // namespace

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "EnvironmentTesting.h"
+#include "environment/LcUResource.h"
 #include "environment/LcUSysFileIterator.h"
 #include "environment/LcUSysNativeFile.h"
 
@@ -167,6 +168,19 @@ TEST_F(LcUSysFileOps, EnsuresDirectoriesAndTellsTheUser) {
   EXPECT_TRUE(LcUSysFile::IsDirectory(found.Get()));
   EXPECT_FALSE(LcUSysFile::FindInSearchPath(list.Get(), u"nowhere", found));
   EXPECT_TRUE(found.IsEmpty());
+}
+
+TEST_F(LcUSysFileOps, DirectoryMessagesComeFromTheStringTable) {
+  LcUString blocker = In(u"blocker"), blocked, table = In(u"messages.name");
+  ASSERT_TRUE(WriteFile(blocker, "x"));
+  LcUSysFile::Join(blocker.Get(), u"sub", blocked);
+  // A table's text is no format: stray directives come out as written.
+  ASSERT_TRUE(WriteFile(table, "lcufileutils_failed_to_create_dir=Kein Ordner %s (%d %n)\n"));
+  LcUResource::Initialize();
+  ASSERT_TRUE(LcUResource::LoadNameFile(table.Get(), nullptr));
+  EXPECT_FALSE(LcUSysFile::EnsureDirectory(blocked.Get()));
+  LcUResource::Terminate();
+  EXPECT_NE(LogText().find("Kein Ordner " + Narrow(blocked) + " (%d %n)"), std::string::npos) << LogText();
 }
 
 TEST_F(LcUSysFileOps, NativeFileSizesAndExcludes) {

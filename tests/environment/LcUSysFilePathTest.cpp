@@ -179,6 +179,7 @@ TEST(LcUSysFilePath, CanonicaliseAndNames) {
   const HasCase has[] = {
       {u"a.NAME", u".name", true}, {u"dir.d\\file", nullptr, true}, {u"a.txt", nullptr, false},
       {u"a.txt", u"tx", false},    {u"a", u"txt", false},           {u"a.Txt", u"TXT", true},
+      {u"a", nullptr, true},       {u"a", u"", false},              {u"a", u".", false},
   };
   for (const HasCase& c : has)
     EXPECT_EQ(LcUSysFile::HasExtension(c.path, c.ext), c.has) << Text(c.path) << " " << (c.ext ? Text(c.ext) : "null");

@@ -23,6 +23,13 @@ typedef uint16_t VARTYPE;
 typedef int16_t SHORT;
 typedef double DOUBLE;
 typedef int32_t SCODE;
+typedef float FLOAT;
+typedef double DATE;
+typedef int64_t LONGLONG;
+typedef uint64_t ULONGLONG;
+union CY {
+  int64_t int64;
+};
 
 struct GUID {
   uint32_t Data1;
@@ -66,6 +73,7 @@ constexpr HRESULT DISP_E_UNKNOWNNAME = static_cast<HRESULT>(0x80020006);
 constexpr HRESULT DISP_E_NONAMEDARGS = static_cast<HRESULT>(0x80020007);
 constexpr HRESULT DISP_E_BADVARTYPE = static_cast<HRESULT>(0x80020008);
 constexpr HRESULT DISP_E_EXCEPTION = static_cast<HRESULT>(0x80020009);
+constexpr HRESULT DISP_E_OVERFLOW = static_cast<HRESULT>(0x8002000A);
 constexpr HRESULT DISP_E_BADPARAMCOUNT = static_cast<HRESULT>(0x8002000E);
 constexpr HRESULT DISP_E_PARAMNOTOPTIONAL = static_cast<HRESULT>(0x8002000F);
 constexpr HRESULT TYPE_E_LIBNOTREGISTERED = static_cast<HRESULT>(0x8002801D);
@@ -75,13 +83,24 @@ enum VARENUM : VARTYPE {
   VT_NULL = 1,
   VT_I2 = 2,
   VT_I4 = 3,
+  VT_R4 = 4,
   VT_R8 = 5,
+  VT_CY = 6,
+  VT_DATE = 7,
   VT_BSTR = 8,
   VT_DISPATCH = 9,
   VT_ERROR = 10,
   VT_BOOL = 11,
   VT_VARIANT = 12,
   VT_UNKNOWN = 13,
+  VT_I1 = 16,
+  VT_UI1 = 17,
+  VT_UI2 = 18,
+  VT_UI4 = 19,
+  VT_I8 = 20,
+  VT_UI8 = 21,
+  VT_INT = 22,
+  VT_UINT = 23,
   VT_BYREF = 0x4000
 };
 
@@ -103,7 +122,18 @@ struct VARIANT {
   union {
     LONG lVal;
     SHORT iVal;
+    int8_t cVal;
+    uint8_t bVal;
+    uint16_t uiVal;
+    ULONG ulVal;
+    LONGLONG llVal;
+    ULONGLONG ullVal;
+    INT intVal;
+    UINT uintVal;
+    FLOAT fltVal;
     DOUBLE dblVal;
+    CY cyVal;
+    DATE date;
     VARIANT_BOOL boolVal;
     SCODE scode;
     BSTR bstrVal;
@@ -172,3 +202,6 @@ void SysFreeString(BSTR text);
 UINT SysStringLen(BSTR text);
 void VariantInit(VARIANT* value);
 HRESULT VariantClear(VARIANT* value);
+// The automation conversions between the value types above, by the rules of
+// the Windows call of the same name with the invariant locale; dest may be src.
+HRESULT VariantChangeType(VARIANT* dest, const VARIANT* src, unsigned short flags, VARTYPE type);

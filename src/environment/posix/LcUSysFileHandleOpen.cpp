@@ -4,6 +4,7 @@
 
 #include "environment/LcUSysFileHandle.h"
 #include "environment/posix/LcUSysPath.h"
+#include "environment/posix/LcUSysTextStream.h"
 
 bool LcUSysFileHandle::Open(const char16_t* path, int access, int creation, int mode, int sharing, int hints,
                             int permission) {
@@ -25,8 +26,8 @@ bool LcUSysFileHandle::Open(const char16_t* path, int access, int creation, int 
   if (hints & eHINT_TEMPORARY) unlink(native.Get());  // gone once closed, as with delete-on-close
   if (hints & eHINT_SEQUENTIAL) posix_fadvise(fd, 0, 0, POSIX_FADV_SEQUENTIAL);
   if (hints & eHINT_RANDOM) posix_fadvise(fd, 0, 0, POSIX_FADV_RANDOM);
-  (void)mode;  // No text translation on Linux.
-  stream = fdopen(fd, kStream[access]);
+  // Text read as Windows reads it; writes go out as they are.
+  stream = mode == eMODE_TEXT && access == eACCESS_READ ? LcUSysTextStream::Open(fd) : fdopen(fd, kStream[access]);
   if (!stream) close(fd);
   return stream != nullptr;
 }

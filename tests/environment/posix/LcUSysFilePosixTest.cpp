@@ -1,6 +1,13 @@
 #include <sys/stat.h>
 
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+
 #include "EnvironmentTesting.h"
+#include "environment/LcUResource.h"
+#include "environment/LcUSysLocale.h"
 
 using namespace EnvironmentTesting;
 
@@ -24,6 +31,22 @@ TEST_F(LcUSysFilePosix, DeniedPathStillExists) {
   EXPECT_TRUE(LcUSysFile::Exists(inside.Get()));
   EXPECT_FALSE(LcUSysFile::Exists(In(u"closed-not-there/file").Get()));
   chmod(Native(closed).c_str(), 0700);
+}
+
+TEST_F(LcUSysFilePosix, ALocalisedLibraryIsReadNotRun) {
+  std::ifstream library(TW_RUNNING_LIBRARY, std::ios::binary);
+  std::string bytes((std::istreambuf_iterator<char>(library)), std::istreambuf_iterator<char>());
+  ASSERT_FALSE(bytes.empty());
+  ASSERT_TRUE(LcUSysFile::CreateDirectories(In(u"res/de-AT").Get()));
+  ASSERT_TRUE(WriteFile(In(u"res/de-AT/strings.so"), bytes));
+  LcUResource::Initialize();
+  LcUSysLocale::SetOverrideLanguage(u"de-AT");
+  const void* loaded = LcUResource::LoadLocalisedLibrary(u"strings", In(u"res").Get());
+  LcUSysLocale::SetOverrideLanguage(nullptr);
+  LcUResource::Terminate();
+  ASSERT_NE(loaded, nullptr);
+  EXPECT_EQ(std::memcmp(loaded, "\x7F" "ELF", 4), 0);
+  EXPECT_EQ(std::getenv("TW_TEST_LIBRARY_RAN"), nullptr);
 }
 
 TEST_F(LcUSysFilePosix, ExecuteSplitsParametersAsWindowsDoes) {

@@ -219,6 +219,7 @@ TEST_F(LcUActionQueueTest, NoWaiterMissesItsWakeUp) {
     waiting.thread.join();
     pausing.thread.join();
     queue->Resume();
+    queue->ProcessFinished();
     delete queue;
   }
   {
@@ -242,6 +243,7 @@ TEST_F(LcUActionQueueTest, NoWaiterMissesItsWakeUp) {
     emptying.thread.join();
     stopping.thread.join();
     EXPECT_EQ(tally.executed, 1);
+    queue->ProcessFinished();
     delete queue;
   }
 }

@@ -66,15 +66,26 @@ if [ "$fuzz" != 0 ]; then
   echo "== fuzz ($fuzz s each)"
   if cmake --preset fuzz >build-fuzz.log 2>&1 && cmake --build --preset fuzz -j "$jobs" --target fuzzers >>build-fuzz.log 2>&1; then
     rm -f build-fuzz.log
+    # The targets run side by side, one per processor; results in order after.
+    names=()
     for target in build/fuzz/fuzz/fuzz_*; do
       [ -x "$target" ] || continue
       name=$(basename "$target")
+      names+=("$name")
       corpus="build/fuzz/corpus/$name"
       mkdir -p "$corpus"
       # fuzz/<target>.seeds names an outside folder of seed inputs.
       seeds=()
       [ -f "fuzz/$name.seeds" ] && seeds=("$(cat "fuzz/$name.seeds")")
-      if "$target" -max_total_time="$fuzz" -max_len=4096 -rss_limit_mb=4096 "$corpus" "${seeds[@]}" >"build/fuzz/$name.log" 2>&1; then
+      rm -f "build/fuzz/$name.rc"
+      while [ "$(jobs -rp | wc -l)" -ge "$jobs" ]; do wait -n || true; done
+      ( "$target" -max_total_time="$fuzz" -max_len=4096 -rss_limit_mb=4096 "$corpus" "${seeds[@]}" \
+          >"build/fuzz/$name.log" 2>&1
+        echo $? >"build/fuzz/$name.rc" ) &
+    done
+    wait
+    for name in "${names[@]}"; do
+      if [ "$(cat "build/fuzz/$name.rc" 2>/dev/null)" = 0 ]; then
         echo "$name: clean"
         passed=$((passed + 1))
       else

@@ -58,9 +58,13 @@ case "${1:-}" in
 esac
 # Whatever the program starts (cmd.exe and its conhost, the desktop's
 # explorer.exe) is forked from it and inherits its Unix output. One that
-# outlives the program would keep
-# the caller's pipe open and CTest waiting until its timeout. So the program
-# writes into files, and only this script writes to the caller.
+# outlives the program would keep the caller's pipe open and CTest waiting
+# until its timeout. So into a pipe the program writes into files, and only
+# this script writes to the caller. Output into files goes live, for callers
+# that watch it while the program runs (a host saying it is ready).
+if [ ! -p /dev/stdout ] && [ ! -p /dev/stderr ]; then
+  exec "$WINE" "$@"
+fi
 out=$(mktemp "${TMPDIR:-/tmp}/wine-run.out.XXXXXX")
 err=$(mktemp "${TMPDIR:-/tmp}/wine-run.err.XXXXXX")
 trap 'rm -f "$out" "$err"' EXIT

@@ -115,7 +115,7 @@ bool LcUHttpHeaders::ParseDate(const char16_t* text, int64_t& seconds) {
   bool ok;
   if (*comma == u',') {
     p = SkipBlanks(comma + 1);
-    if (p[2] == u'-') {
+    if (p[0] && p[1] && p[2] == u'-') {
       // "Sunday, 06-Nov-94 08:49:37 GMT": two-digit years, 1970 to 2069.
       ok = ReadInt(p, 2, t.day) && Expect(p, u'-') && ReadMonth(p, t.month) && Expect(p, u'-') &&
            ReadInt(p, 2, year) && Expect(p, u' ') && ReadClock(p, t);

@@ -213,6 +213,10 @@ void LcUActionQueue::Stop(bool waitForEmpty) {
   for (Worker& worker : workers)
     if (worker.thread.IsRunning()) worker.thread.WaitForCompletion();
   workers.clear();
-  for (LcUAction* action : actions) delete action;
+  // Other callers may still be looking at the queue: empty it under the lock.
+  lock.Lock();
+  ActionList left(actions.begin(), actions.end());
   actions.clear();
+  lock.Unlock();
+  for (LcUAction* action : left) delete action;
 }

@@ -198,6 +198,23 @@ TEST_F(HttpProtocol, ReadFailuresGiveTheirResultAndLogLine) {
   }
 }
 
+// Calls that cannot reach the server fail at once and say so; a call that
+// connects says nothing about connecting.
+TEST_F(HttpProtocol, UnusableHandlesAndURLsFailWithoutAsking) {
+  server.Serve("m.bin", TestHttpServer::Pattern(10000));
+  std::u16string url = server.Url("m.bin?unusable");
+  HttpReader reader(http, url);
+  std::vector<uint8_t> out(100);
+  EXPECT_EQ(0, http->ReadRange(reader.handle, nullptr, reader.request, 0, 100, out.data(), nullptr));
+  EXPECT_TRUE(Logged("ReadFile HttpOpenRequest for " + Narrow(url) + " failed: 6"));
+  LcUFileMetaData info;
+  for (const char16_t* bad : {u"http://", u"http://[::1/m.bin", u"no scheme at all"})
+    EXPECT_FALSE(http->GetFileInfo(bad, info)) << Narrow(bad);
+  ASSERT_TRUE(http->GetFileInfo(url.c_str(), info));
+  EXPECT_FALSE(Logged("InternetConnect for " + Narrow(url)));
+  EXPECT_EQ(1u, server.AccessLog(1).size()) << "only the good URL reached the server";
+}
+
 TEST_F(HttpProtocol, AServerThatIgnoresTheRangeGivesTheStartOfTheFile) {
   std::vector<uint8_t> data = TestHttpServer::Pattern(300000);
   server.Serve("m.bin", data);

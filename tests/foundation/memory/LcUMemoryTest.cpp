@@ -217,7 +217,9 @@ TEST_F(LcUMemoryTest, TotalCountsExternalBytesAndCallbacks) {
 
 namespace {
 int handlerCalls = 0;
-int DeclineSecondCall(uint64_t, uint32_t) {
+uint64_t handlerSizes[4];
+int DeclineSecondCall(uint64_t size, uint32_t tryOnly) {
+  if (handlerCalls < 4) handlerSizes[handlerCalls] = tryOnly ? ~size : size;
   return ++handlerCalls == 1;
 }
 }  // namespace
@@ -235,9 +237,15 @@ TEST_F(LcUMemoryTest, OutOfMemoryHandlerServesOperatorNew) {
   EXPECT_EQ(handlerCalls, 2);
   EXPECT_EQ(::operator new(size_t(1) << 62, std::nothrow), nullptr);
   EXPECT_EQ(handlerCalls, 3) << "still connected after the refusal";
+  // Each call hears the size asked for, as given, with tryOnly 0.
+  const size_t odd = (size_t(1) << 62) + 12345;
+  EXPECT_EQ(::operator new[](odd, std::nothrow), nullptr);
+  EXPECT_EQ(handlerCalls, 4);
+  const uint64_t asked[] = {uint64_t(1) << 62, uint64_t(1) << 62, uint64_t(1) << 62, odd};
+  for (int i = 0; i < 4; ++i) EXPECT_EQ(handlerSizes[i], asked[i]) << i;
   EXPECT_EQ(LcUMemory::SetOutOfMemoryHandler(nullptr), DeclineSecondCall);
   EXPECT_EQ(::operator new(size_t(1) << 62, std::nothrow), nullptr);
-  EXPECT_EQ(handlerCalls, 3);
+  EXPECT_EQ(handlerCalls, 4);
 }
 
 TEST_F(LcUMemoryTest, RandomMixAcrossAllTiersKeepsContents) {

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <new>
 #include <random>
@@ -159,7 +160,10 @@ TEST_F(LcUMemoryTest, HeapFallbackIsFoundByItsOffsetByte) {
   auto* heap = static_cast<unsigned char*>(LcUMemory::MallocAlloc(size + 16, 0));
   heap[7] = 3;
   std::string log = Logged([&] { LcUMemory::Free(heap + 8, size, 8); });
-  EXPECT_NE(log.find("not region aligned and has invalid offset 3"), std::string::npos) << log;
+  char expected[96];
+  std::snprintf(expected, sizeof(expected), "Dealloc: Large Block %x not region aligned and has invalid offset 3",
+                unsigned(reinterpret_cast<uintptr_t>(heap + 8)));
+  EXPECT_EQ(log, expected);
   EXPECT_NE(LcUMemory::GetMallocBytes(), 0u);
   LcUMemory::MallocFree(heap);
 }
@@ -198,6 +202,42 @@ TEST_F(LcUMemoryTest, TerminateWithABlockOutstandingLeavesEverythingWorking) {
   ASSERT_NE(other, nullptr);
   LcUMemory::Free(other, 3000, 8);
   LcUMemory::Free(block, 100, 8);
+}
+
+// Each counter left over has its own line, in the order arena, malloc,
+// region, as written with no line feed of their own.
+TEST_F(LcUMemoryTest, TerminateNamesEachCounterLeftOver) {
+  void* heap = LcUMemory::Alloc(20000, 8, 0);
+  void* region = LcUMemory::Alloc(65536, 8, 0);
+  void* arena = LcUMemory::Alloc(12, 4, 0);
+  std::string expected = "12 arena bytes still allocated at LcUMemory::Terminate. Not terminating." +
+                         std::to_string(LcUMemory::GetMallocBytes()) +
+                         " malloc bytes still allocated at LcUMemory::Terminate. Not terminating."
+                         "65536 region bytes still allocated at LcUMemory::Terminate. Not terminating.";
+  EXPECT_EQ(Logged([] { LcUMemory::Terminate(); }), expected);
+  LcUMemory::Free(arena, 12, 4);
+  EXPECT_EQ(Logged([] { LcUMemory::Terminate(); }),
+            std::to_string(LcUMemory::GetMallocBytes()) +
+                " malloc bytes still allocated at LcUMemory::Terminate. Not terminating."
+                "65536 region bytes still allocated at LcUMemory::Terminate. Not terminating.");
+  LcUMemory::Free(heap, 20000, 8);
+  EXPECT_EQ(Logged([] { LcUMemory::Terminate(); }),
+            "65536 region bytes still allocated at LcUMemory::Terminate. Not terminating.");
+  LcUMemory::Free(region, 65536, 8);
+  EXPECT_EQ(LcUMemory::component.initCount, 1);
+}
+
+// The count of medium allocators is written at trace level 5 and above.
+TEST_F(LcUMemoryTest, MediumAllocatorCountAtLevelFive) {
+  int32_t level = LcUSysError::GetTraceLevel();
+  for (int32_t trace : {4, 5}) {
+    LcUMemory::Terminate();
+    ASSERT_EQ(LcUMemory::component.initCount, 0);
+    LcUSysError::SetTraceLevel(trace);
+    std::string log = Logged([] { LcUMemory::Initialize(); });
+    EXPECT_EQ(log, trace < 5 ? "" : "Created 131 medium block allocators\n") << trace;
+  }
+  LcUSysError::SetTraceLevel(level);
 }
 
 TEST_F(LcUMemoryTest, TotalCountsExternalBytesAndCallbacks) {
@@ -341,13 +381,19 @@ TEST_F(LcUMemoryTest, DeletableGoesBackToTheArenaOfItsSize) {
   EXPECT_EQ(LcUMemory::GetArenaUsedBlocks(sizeof(Sized)), 0u);
 }
 
+// The message shows the size's low 32 bits as a signed number.
 TEST(LcUMemoryDeathTest, SizesAboveTheLimitAreFatal) {
-  EXPECT_DEATH(
-      {
-        LcUMemory::Initialize();
-        LcUMemory::Alloc(0x7FF00001, 8, 0);
-      },
-      "");
+  LcUMemory::Initialize();
+  LcUSysError::SetFatalHook(ErrorTesting::LogToStderr);
+  EXPECT_DEATH(LcUMemory::Alloc(0x7FF00001, 8, 0), "LcUMemory: Bad size 2146435073\n");
+  EXPECT_DEATH(LcUMemory::Alloc(0x1FFFFFFF0ull, 8, 0), "LcUMemory: Bad size -16\n");
+  int local = 0;
+  EXPECT_DEATH(LcUMemory::Free(&local, 0x80000000ull, 8), "LcUMemory: Bad size -2147483648\n");
+  EXPECT_DEATH(LcUMemory::Realloc(&local, 8, 0x7FF00001, 8), "LcUMemory: Bad size 2146435073\n");
+  // A try-only request is not checked: it simply fails.
+  EXPECT_EQ(LcUMemory::Alloc(uint64_t(1) << 62, 8, 1), nullptr);
+  LcUSysError::SetFatalHook(nullptr);
+  LcUMemory::Terminate();
 }
 
 // Strings bring the allocator up and take it down again: a stop in order

@@ -426,6 +426,8 @@ TEST(LcUMemoryLifecycleTest, StringsStartAndStopTheAllocator) {
 // Size 36: 40-byte blocks, four 16384-byte pages to a 65536-byte region.
 // Each damage is made for real in a live region, seen with its message,
 // and undone.
+// Each damage has its own text, with the figures of the region or page.
+// Size 36 has 40-byte blocks in four 16384-byte pages (mask e) of a region.
 TEST_F(LcUMemoryTest, CheckMemoryReportsEachDamageOfARegion) {
   struct Region {
     uintptr_t next, prev;
@@ -435,26 +437,48 @@ TEST_F(LcUMemoryTest, CheckMemoryReportsEachDamageOfARegion) {
     uintptr_t freeList;
     uint32_t usedCount;
   };
-  char* blocks[3];
-  for (char*& b : blocks) b = static_cast<char*>(LcUMemory::Alloc(36, 4, 0));
+  const size_t pageZero = (16384 - 48) / 40;
+  std::vector<char*> blocks;
+  // Page 0 full and one block on page 1, so that both are checked.
+  for (size_t i = 0; i < pageZero + 1; ++i) blocks.push_back(static_cast<char*>(LcUMemory::Alloc(36, 4, 0)));
   LcUMemory::Free(blocks[1], 36, 4);
   auto* region = reinterpret_cast<Region*>(reinterpret_cast<uintptr_t>(blocks[0]) & ~uintptr_t(0xFFFF));
   auto* page = reinterpret_cast<Page*>(reinterpret_cast<char*>(region) + 32);
+  auto* pageOne = reinterpret_cast<Page*>(reinterpret_cast<char*>(region) + 16384);
   ASSERT_EQ(page->freeList, reinterpret_cast<uintptr_t>(blocks[1]));
+  ASSERT_EQ(pageOne->usedCount, 1u);
   uintptr_t first = reinterpret_cast<uintptr_t>(page) + 16;
+  auto text = [](const char* format, auto... values) {
+    char line[160];
+    std::snprintf(line, sizeof(line), format, unsigned(values)...);
+    return std::string(line);
+  };
+  uintptr_t at = reinterpret_cast<uintptr_t>(region), pageAt = reinterpret_cast<uintptr_t>(page);
   struct Damage {
-    const char* expected;
     uint64_t* field;
     uint64_t value;
+    std::string expected;
   };
   const Damage damages[] = {
-      {"has invalid next pointer", reinterpret_cast<uint64_t*>(&region->next), region->next + 8},
-      {"has invalid prev pointer", reinterpret_cast<uint64_t*>(&region->prev), region->prev + 8},
-      {"has invalid uncommited pages mask", &region->uncommittedPagesMask, region->uncommittedPagesMask | 1},
-      {"has invalid free pages mask", &region->freePagesMask, region->freePagesMask | 16},
-      {"has invalid used blocks", reinterpret_cast<uint64_t*>(&page->freeList) + 1, (16384 - 48) / 40 + 1},
-      {"is out of range for page", reinterpret_cast<uint64_t*>(blocks[1]), first - 40},
-      {"points into middle of block", reinterpret_cast<uint64_t*>(blocks[1]), first + 4},
+      {reinterpret_cast<uint64_t*>(&region->next), region->next + 8,
+       text("Memory Region %x has invalid next pointer %x\n", at, region->next + 8)},
+      {reinterpret_cast<uint64_t*>(&region->prev), region->prev + 8,
+       text("Memory Region %x has invalid prev pointer %x\n", at, region->prev + 8)},
+      {&region->uncommittedPagesMask, region->uncommittedPagesMask | 1,
+       text("Memory Region %x has invalid uncommited pages mask %x (at most e bits can be set)\n", at,
+            region->uncommittedPagesMask | 1)},
+      {&region->freePagesMask, region->freePagesMask | 16,
+       text("Memory Region %x has invalid free pages mask %x (at most f bits can be set)\n", at,
+            region->freePagesMask | 16)},
+      {reinterpret_cast<uint64_t*>(&page->freeList) + 1, pageZero + 1,
+       text("Memory Page %x , size 16352, block size 40 has invalid used blocks %d\n", pageAt, pageZero + 1)},
+      {reinterpret_cast<uint64_t*>(&pageOne->freeList) + 1, (16384 - 16) / 40 + 1,
+       text("Memory Page %x , size 16384, block size 40 has invalid used blocks %d\n",
+            reinterpret_cast<uintptr_t>(pageOne), (16384 - 16) / 40 + 1)},
+      {reinterpret_cast<uint64_t*>(blocks[1]), first - 40,
+       text("Free Block %x , size 40, is out of range for page %x, size 16352\n", first - 40, pageAt)},
+      {reinterpret_cast<uint64_t*>(blocks[1]), first + 4,
+       text("Free Block %x , size 40, on page %x points into middle of block\n", first + 4, pageAt)},
   };
   EXPECT_TRUE(LcUMemory::CheckMemory());
   for (const Damage& d : damages) {
@@ -465,11 +489,11 @@ TEST_F(LcUMemoryTest, CheckMemoryReportsEachDamageOfARegion) {
     std::string log = Logged([&] { good = LcUMemory::CheckMemory(); });
     *d.field = kept;
     EXPECT_FALSE(good);
-    EXPECT_NE(log.find(d.expected), std::string::npos) << log;
+    EXPECT_EQ(log, d.expected);
     EXPECT_TRUE(LcUMemory::CheckMemory());
   }
-  LcUMemory::Free(blocks[0], 36, 4);
-  LcUMemory::Free(blocks[2], 36, 4);
+  for (size_t i = 0; i < blocks.size(); ++i)
+    if (i != 1) LcUMemory::Free(blocks[i], 36, 4);
 }
 
 // The compact forms give back exactly what they took, as they recompute it.

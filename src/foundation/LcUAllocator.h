@@ -1,6 +1,5 @@
 #pragma once
 #include <cstddef>
-#include <new>
 
 #include "foundation/LcUMemory.h"
 
@@ -14,9 +13,12 @@ public:
   template <typename U>
   LcUAllocator(const LcUAllocator<U>&) noexcept {}
 
+  // A container cannot be handed null, and the foundation does not throw:
+  // a request the handler could not rescue ends the process.
   T* allocate(std::size_t n) {
-    void* block = LcUMemory::Alloc(uint64_t(n) * sizeof(T), alignof(T), 0);
-    if (!block) throw std::bad_alloc();
+    uint64_t bytes = uint64_t(n) * sizeof(T);
+    void* block = LcUMemory::Alloc(bytes, alignof(T), 0);
+    if (!block) LcUMemory::OutOfMemory(bytes);
     return static_cast<T*>(block);
   }
   void deallocate(T* block, std::size_t n) noexcept { LcUMemory::Free(block, uint64_t(n) * sizeof(T), alignof(T)); }

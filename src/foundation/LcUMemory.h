@@ -61,6 +61,11 @@ public:
   // False when an arena region or a process heap is damaged.
   static bool CheckMemory();
 
+  // operator new's failure: true to try again.
+  static bool NewFailed(uint64_t size);
+  // Reports a request that may not fail but did, and ends the process.
+  [[noreturn]] static void OutOfMemory(uint64_t size);
+
 private:
   // Fills entries from table on; returns how many.
   static int BuildMediumTable(LcUMemoryArena** table, uint64_t step, uint64_t previous, uint64_t first,
@@ -77,7 +82,6 @@ private:
   static std::atomic<bool> exiting;
   // Asks the out-of-memory handler, never under the lock; true to try again.
   static bool Retry(uint64_t size, uint32_t tryOnly);
-  static void NewHandlerThunk();
   // The platform heap's exact measure of a block.
   static uint64_t HeapBlockSize(void* block);
   static bool SwitchSet(const char* name);

@@ -3,6 +3,7 @@
 
 #include "foundation/LcUMemory.h"
 #include "foundation/LcUMemoryState.h"
+#include "foundation/LcUSysError.h"
 #include "foundation/LcUSysMemory.h"
 
 namespace {
@@ -110,13 +111,21 @@ bool LcUMemory::Retry(uint64_t size, uint32_t tryOnly) {
 }
 
 // A declined request fails the way the runtime's new fails without a
-// handler; the handler stays installed for the next one.
-void LcUMemory::NewHandlerThunk() {
-  if (!Retry(0, 0)) throw std::bad_alloc();
+// handler; the handler stays installed for the next one. Without ours, a
+// new-handler set through the runtime is honoured.
+bool LcUMemory::NewFailed(uint64_t size) {
+  if (memoryState.handler.load()) return Retry(size, 0);
+  std::new_handler runtime = std::get_new_handler();
+  if (!runtime) return false;
+  runtime();
+  return true;
+}
+
+void LcUMemory::OutOfMemory(uint64_t size) {
+  LcUSysMemory::DebugOutput("LcUMemory: Out of memory for %d bytes\n", int(size));
+  LcUSysError::Fatal();
 }
 
 LcUOutOfMemoryHandler LcUMemory::SetOutOfMemoryHandler(LcUOutOfMemoryHandler handler) {
-  LcUOutOfMemoryHandler previous = memoryState.handler.exchange(handler);
-  std::set_new_handler(handler ? &NewHandlerThunk : nullptr);
-  return previous;
+  return memoryState.handler.exchange(handler);
 }

@@ -270,13 +270,85 @@ TEST(LcUString, FilterControlKeepsTabsAndNewlines) {
   EXPECT_TRUE(a.IsNull());
 }
 
-TEST(LcUString, CaseConversion) {
-  LcUString s(u"Mixed Case 123");
-  s.ToUpper();
-  EXPECT_EQ(u"MIXED CASE 123", Text(s));
-  s.ToLower();
-  EXPECT_EQ(u"mixed case 123", Text(s));
+namespace {
+// The case tables are the locale's: the environment switches a process
+// still in "C" to the user's locale, which for these tests is a UTF-8 one.
+class UserLocale {
+public:
+  UserLocale() {
+    const char* current = std::setlocale(LC_CTYPE, nullptr);
+    saved = current ? current : "C";
+    for (const char* name : {"C.UTF-8", "en_US.UTF-8", ""}) {
+      const char* set = std::setlocale(LC_CTYPE, name);
+      if (set && std::string(set) != "C" && std::string(set) != "POSIX") {
+        active = true;
+        break;
+      }
+    }
+  }
+  ~UserLocale() { std::setlocale(LC_CTYPE, saved.c_str()); }
+  bool active = false;
+
+private:
+  std::string saved;
+};
+}  // namespace
+
+// Wide case goes unit by unit through the whole UTF-16 range, not just ASCII.
+TEST(LcUString, CaseConversionBeyondAscii) {
+  UserLocale locale;
+  if (!locale.active) GTEST_SKIP() << "no locale with case tables beyond ASCII";
+  struct Case {
+    const char16_t *mixed, *upper, *lower;
+  } cases[] = {
+      {u"Mixed Case 123", u"MIXED CASE 123", u"mixed case 123"},
+      // Latin-1: the letters pair up, the signs between them do not.
+      {u"\u00e0\u00e9\u00ee\u00f5\u00fe \u00c0\u00c9\u00ce\u00d5\u00de", u"\u00c0\u00c9\u00ce\u00d5\u00de \u00c0\u00c9\u00ce\u00d5\u00de",
+       u"\u00e0\u00e9\u00ee\u00f5\u00fe \u00e0\u00e9\u00ee\u00f5\u00fe"},
+      {u"\u00d7\u00f7\u00aa\u00ba", u"\u00d7\u00f7\u00aa\u00ba", u"\u00d7\u00f7\u00aa\u00ba"},
+      // Sharp s has no one-unit capital and stays; y with diaeresis leaves Latin-1.
+      {u"stra\u00dfe", u"STRA\u00dfE", u"stra\u00dfe"},
+      {u"\u00ff", u"\u0178", u"\u00ff"},
+      // Greek: capital sigma lowers to the plain one wherever it stands, since
+      // each unit is mapped alone.
+      {u"\u0391\u03b2\u03b3\u03a9\u03c3\u03a3", u"\u0391\u0392\u0393\u03a9\u03a3\u03a3", u"\u03b1\u03b2\u03b3\u03c9\u03c3\u03c3"},
+      // Cyrillic, with the letters outside the main block.
+      {u"\u041c\u043e\u0441\u043a\u0432\u0430 \u0451\u0401\u0456", u"\u041c\u041e\u0421\u041a\u0412\u0410 \u0401\u0401\u0406",
+       u"\u043c\u043e\u0441\u043a\u0432\u0430 \u0451\u0451\u0456"},
+      // No case: digits, CJK, and the halves of a surrogate pair.
+      {u"7\u4e2d\u6587\U0001F600", u"7\u4e2d\u6587\U0001F600", u"7\u4e2d\u6587\U0001F600"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::u16string(c.mixed).size());
+    LcUString upper(c.mixed), lower(c.mixed);
+    upper.ToUpper();
+    EXPECT_EQ(c.upper, Text(upper));
+    lower.ToLower();
+    EXPECT_EQ(c.lower, Text(lower));
+  }
+  // Final sigma is already lower case. Its capital differs between runtimes,
+  // so only the lowering is pinned.
+  LcUString finalSigma(u"\u03c2");
+  finalSigma.ToLower();
+  EXPECT_EQ(u"\u03c2", Text(finalSigma));
+  // The comparison without case folds each unit the same way.
+  EXPECT_EQ(LcUString::CompareNoCase(u"\u00c0\u00e9 \u041c\u043e", u"\u00e0\u00c9 \u043c\u041e"), 0);
+  EXPECT_NE(LcUString::CompareNoCase(u"\u03c2", u"\u03a3"), 0);
+  EXPECT_LT(LcUString::CompareNoCase(u"\u00e9a", u"\u00c9B"), 0);
 }
+
+// A narrow text in UTF-8 keeps its multibyte sequences whole. Where the
+// narrow code page is a single-byte one, those bytes are letters of it.
+#ifndef _WIN32
+TEST(LcUString, NarrowCaseLeavesUtf8SequencesWhole) {
+  UserLocale locale;
+  LcUStringA s("caf\xc3\xa9 \xce\xa3x");
+  s.ToUpper();
+  EXPECT_EQ("CAF\xc3\xa9 \xce\xa3X", Text(s));
+  s.ToLower();
+  EXPECT_EQ("caf\xc3\xa9 \xce\xa3x", Text(s));
+}
+#endif
 
 TEST(LcUStringPtr, CompactFormsCopyAndClear) {
   LcUStringPtr p(u"text");

@@ -92,6 +92,10 @@ TEST_F(LcUSysMemoryTest, ImpossibleSizesFailWithTheirMessage) {
   std::string log = Logged([&] { EXPECT_EQ(LcUSysMemory::Alloc(huge, 0, false), nullptr); });
   EXPECT_NE(log.find("LcUSysMemory::Reserve: Failed to reserve size 65536\n"), std::string::npos) << log;
   EXPECT_EQ(LcUSysMemory::ReserveCommitted(huge), nullptr);
+  // An aligned reservation first asks for twice the size less the
+  // granularity; its failure goes back to the caller, the process goes on.
+  log = Logged([] { EXPECT_EQ(LcUSysMemory::ReserveAligned(uint64_t(1) << 62, 0), nullptr); });
+  EXPECT_EQ(log, "LcUSysMemory::Reserve: Failed to reserve size -65536\n");
 }
 
 TEST_F(LcUSysMemoryTest, TheWalkCoversTheWholeAddressSpace) {

@@ -91,9 +91,22 @@ TEST(LcUMemoryCheckDeathTest, DamagedFreeListsAndWrongArenasAreReported) {
         checks.Expect(Mentions("points into middle of block\n"), LogText());
         *reinterpret_cast<char**>(first) = link;
         LcUMemory::Free(second, 32, 8);
-        checks.Expect(Mentions("Dealloc: Block " + Hex(second) + " lies in region "), LogText());
+        void* secondRegion = reinterpret_cast<void*>(reinterpret_cast<uintptr_t>(second) & ~uintptr_t(0xFFFF));
+        checks.Expect(Mentions("Dealloc: Block " + Hex(second) + " lies in region " + Hex(secondRegion) +
+                               " which is not in arena "),
+                      LogText());
         checks.Expect(LcUMemory::GetArenaUsedBlocks(64) == 1, "wrong free ignored");
         LcUMemory::Free(second, 64, 8);
+        // A region with nothing left to give is still the arena's own: size
+        // 520 has 125 blocks in a single-page region.
+        size_t logged = LogText().size();
+        void* full[125];
+        for (void*& b : full) b = LcUMemory::Alloc(520, 8, 0);
+        checks.Expect(LcUMemory::GetArenaReservedBytes(520) == 65536, "one full region");
+        for (void* b : full) LcUMemory::Free(b, 520, 8);
+        checks.Expect(LcUMemory::GetArenaUsedBlocks(520) == 0 && LcUMemory::GetArenaReservedBytes(520) == 0,
+                      "every block of the full region given back");
+        checks.Expect(LogText().size() == logged, LogText().substr(logged));
         checks.Finish();
       },
       testing::ExitedWithCode(0), "");

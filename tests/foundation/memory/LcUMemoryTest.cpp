@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <new>
 #include <random>
@@ -159,7 +160,10 @@ TEST_F(LcUMemoryTest, HeapFallbackIsFoundByItsOffsetByte) {
   auto* heap = static_cast<unsigned char*>(LcUMemory::MallocAlloc(size + 16, 0));
   heap[7] = 3;
   std::string log = Logged([&] { LcUMemory::Free(heap + 8, size, 8); });
-  EXPECT_NE(log.find("not region aligned and has invalid offset 3"), std::string::npos) << log;
+  char expected[96];
+  std::snprintf(expected, sizeof(expected), "Dealloc: Large Block %x not region aligned and has invalid offset 3",
+                unsigned(reinterpret_cast<uintptr_t>(heap + 8)));
+  EXPECT_EQ(log, expected);
   EXPECT_NE(LcUMemory::GetMallocBytes(), 0u);
   LcUMemory::MallocFree(heap);
 }
@@ -200,6 +204,42 @@ TEST_F(LcUMemoryTest, TerminateWithABlockOutstandingLeavesEverythingWorking) {
   LcUMemory::Free(block, 100, 8);
 }
 
+// Each counter left over has its own line, in the order arena, malloc,
+// region, as written with no line feed of their own.
+TEST_F(LcUMemoryTest, TerminateNamesEachCounterLeftOver) {
+  void* heap = LcUMemory::Alloc(20000, 8, 0);
+  void* region = LcUMemory::Alloc(65536, 8, 0);
+  void* arena = LcUMemory::Alloc(12, 4, 0);
+  std::string expected = "12 arena bytes still allocated at LcUMemory::Terminate. Not terminating." +
+                         std::to_string(LcUMemory::GetMallocBytes()) +
+                         " malloc bytes still allocated at LcUMemory::Terminate. Not terminating."
+                         "65536 region bytes still allocated at LcUMemory::Terminate. Not terminating.";
+  EXPECT_EQ(Logged([] { LcUMemory::Terminate(); }), expected);
+  LcUMemory::Free(arena, 12, 4);
+  EXPECT_EQ(Logged([] { LcUMemory::Terminate(); }),
+            std::to_string(LcUMemory::GetMallocBytes()) +
+                " malloc bytes still allocated at LcUMemory::Terminate. Not terminating."
+                "65536 region bytes still allocated at LcUMemory::Terminate. Not terminating.");
+  LcUMemory::Free(heap, 20000, 8);
+  EXPECT_EQ(Logged([] { LcUMemory::Terminate(); }),
+            "65536 region bytes still allocated at LcUMemory::Terminate. Not terminating.");
+  LcUMemory::Free(region, 65536, 8);
+  EXPECT_EQ(LcUMemory::component.initCount, 1);
+}
+
+// The count of medium allocators is written at trace level 5 and above.
+TEST_F(LcUMemoryTest, MediumAllocatorCountAtLevelFive) {
+  int32_t level = LcUSysError::GetTraceLevel();
+  for (int32_t trace : {4, 5}) {
+    LcUMemory::Terminate();
+    ASSERT_EQ(LcUMemory::component.initCount, 0);
+    LcUSysError::SetTraceLevel(trace);
+    std::string log = Logged([] { LcUMemory::Initialize(); });
+    EXPECT_EQ(log, trace < 5 ? "" : "Created 131 medium block allocators\n") << trace;
+  }
+  LcUSysError::SetTraceLevel(level);
+}
+
 TEST_F(LcUMemoryTest, TotalCountsExternalBytesAndCallbacks) {
   static uint64_t reported = 1000;
   auto callback = [] { return reported; };
@@ -217,7 +257,9 @@ TEST_F(LcUMemoryTest, TotalCountsExternalBytesAndCallbacks) {
 
 namespace {
 int handlerCalls = 0;
-int DeclineSecondCall(uint64_t, uint32_t) {
+uint64_t handlerSizes[4];
+int DeclineSecondCall(uint64_t size, uint32_t tryOnly) {
+  if (handlerCalls < 4) handlerSizes[handlerCalls] = tryOnly ? ~size : size;
   return ++handlerCalls == 1;
 }
 }  // namespace
@@ -235,9 +277,15 @@ TEST_F(LcUMemoryTest, OutOfMemoryHandlerServesOperatorNew) {
   EXPECT_EQ(handlerCalls, 2);
   EXPECT_EQ(::operator new(size_t(1) << 62, std::nothrow), nullptr);
   EXPECT_EQ(handlerCalls, 3) << "still connected after the refusal";
+  // Each call hears the size asked for, as given, with tryOnly 0.
+  const size_t odd = (size_t(1) << 62) + 12345;
+  EXPECT_EQ(::operator new[](odd, std::nothrow), nullptr);
+  EXPECT_EQ(handlerCalls, 4);
+  const uint64_t asked[] = {uint64_t(1) << 62, uint64_t(1) << 62, uint64_t(1) << 62, odd};
+  for (int i = 0; i < 4; ++i) EXPECT_EQ(handlerSizes[i], asked[i]) << i;
   EXPECT_EQ(LcUMemory::SetOutOfMemoryHandler(nullptr), DeclineSecondCall);
   EXPECT_EQ(::operator new(size_t(1) << 62, std::nothrow), nullptr);
-  EXPECT_EQ(handlerCalls, 3);
+  EXPECT_EQ(handlerCalls, 4);
 }
 
 TEST_F(LcUMemoryTest, RandomMixAcrossAllTiersKeepsContents) {
@@ -333,13 +381,19 @@ TEST_F(LcUMemoryTest, DeletableGoesBackToTheArenaOfItsSize) {
   EXPECT_EQ(LcUMemory::GetArenaUsedBlocks(sizeof(Sized)), 0u);
 }
 
+// The message shows the size's low 32 bits as a signed number.
 TEST(LcUMemoryDeathTest, SizesAboveTheLimitAreFatal) {
-  EXPECT_DEATH(
-      {
-        LcUMemory::Initialize();
-        LcUMemory::Alloc(0x7FF00001, 8, 0);
-      },
-      "");
+  LcUMemory::Initialize();
+  LcUSysError::SetFatalHook(ErrorTesting::LogToStderr);
+  EXPECT_DEATH(LcUMemory::Alloc(0x7FF00001, 8, 0), "LcUMemory: Bad size 2146435073\n");
+  EXPECT_DEATH(LcUMemory::Alloc(0x1FFFFFFF0ull, 8, 0), "LcUMemory: Bad size -16\n");
+  int local = 0;
+  EXPECT_DEATH(LcUMemory::Free(&local, 0x80000000ull, 8), "LcUMemory: Bad size -2147483648\n");
+  EXPECT_DEATH(LcUMemory::Realloc(&local, 8, 0x7FF00001, 8), "LcUMemory: Bad size 2146435073\n");
+  // A try-only request is not checked: it simply fails.
+  EXPECT_EQ(LcUMemory::Alloc(uint64_t(1) << 62, 8, 1), nullptr);
+  LcUSysError::SetFatalHook(nullptr);
+  LcUMemory::Terminate();
 }
 
 // Strings bring the allocator up and take it down again: a stop in order
@@ -372,6 +426,8 @@ TEST(LcUMemoryLifecycleTest, StringsStartAndStopTheAllocator) {
 // Size 36: 40-byte blocks, four 16384-byte pages to a 65536-byte region.
 // Each damage is made for real in a live region, seen with its message,
 // and undone.
+// Each damage has its own text, with the figures of the region or page.
+// Size 36 has 40-byte blocks in four 16384-byte pages (mask e) of a region.
 TEST_F(LcUMemoryTest, CheckMemoryReportsEachDamageOfARegion) {
   struct Region {
     uintptr_t next, prev;
@@ -381,26 +437,48 @@ TEST_F(LcUMemoryTest, CheckMemoryReportsEachDamageOfARegion) {
     uintptr_t freeList;
     uint32_t usedCount;
   };
-  char* blocks[3];
-  for (char*& b : blocks) b = static_cast<char*>(LcUMemory::Alloc(36, 4, 0));
+  const size_t pageZero = (16384 - 48) / 40;
+  std::vector<char*> blocks;
+  // Page 0 full and one block on page 1, so that both are checked.
+  for (size_t i = 0; i < pageZero + 1; ++i) blocks.push_back(static_cast<char*>(LcUMemory::Alloc(36, 4, 0)));
   LcUMemory::Free(blocks[1], 36, 4);
   auto* region = reinterpret_cast<Region*>(reinterpret_cast<uintptr_t>(blocks[0]) & ~uintptr_t(0xFFFF));
   auto* page = reinterpret_cast<Page*>(reinterpret_cast<char*>(region) + 32);
+  auto* pageOne = reinterpret_cast<Page*>(reinterpret_cast<char*>(region) + 16384);
   ASSERT_EQ(page->freeList, reinterpret_cast<uintptr_t>(blocks[1]));
+  ASSERT_EQ(pageOne->usedCount, 1u);
   uintptr_t first = reinterpret_cast<uintptr_t>(page) + 16;
+  auto text = [](const char* format, auto... values) {
+    char line[160];
+    std::snprintf(line, sizeof(line), format, unsigned(values)...);
+    return std::string(line);
+  };
+  uintptr_t at = reinterpret_cast<uintptr_t>(region), pageAt = reinterpret_cast<uintptr_t>(page);
   struct Damage {
-    const char* expected;
     uint64_t* field;
     uint64_t value;
+    std::string expected;
   };
   const Damage damages[] = {
-      {"has invalid next pointer", reinterpret_cast<uint64_t*>(&region->next), region->next + 8},
-      {"has invalid prev pointer", reinterpret_cast<uint64_t*>(&region->prev), region->prev + 8},
-      {"has invalid uncommited pages mask", &region->uncommittedPagesMask, region->uncommittedPagesMask | 1},
-      {"has invalid free pages mask", &region->freePagesMask, region->freePagesMask | 16},
-      {"has invalid used blocks", reinterpret_cast<uint64_t*>(&page->freeList) + 1, (16384 - 48) / 40 + 1},
-      {"is out of range for page", reinterpret_cast<uint64_t*>(blocks[1]), first - 40},
-      {"points into middle of block", reinterpret_cast<uint64_t*>(blocks[1]), first + 4},
+      {reinterpret_cast<uint64_t*>(&region->next), region->next + 8,
+       text("Memory Region %x has invalid next pointer %x\n", at, region->next + 8)},
+      {reinterpret_cast<uint64_t*>(&region->prev), region->prev + 8,
+       text("Memory Region %x has invalid prev pointer %x\n", at, region->prev + 8)},
+      {&region->uncommittedPagesMask, region->uncommittedPagesMask | 1,
+       text("Memory Region %x has invalid uncommited pages mask %x (at most e bits can be set)\n", at,
+            region->uncommittedPagesMask | 1)},
+      {&region->freePagesMask, region->freePagesMask | 16,
+       text("Memory Region %x has invalid free pages mask %x (at most f bits can be set)\n", at,
+            region->freePagesMask | 16)},
+      {reinterpret_cast<uint64_t*>(&page->freeList) + 1, pageZero + 1,
+       text("Memory Page %x , size 16352, block size 40 has invalid used blocks %d\n", pageAt, pageZero + 1)},
+      {reinterpret_cast<uint64_t*>(&pageOne->freeList) + 1, (16384 - 16) / 40 + 1,
+       text("Memory Page %x , size 16384, block size 40 has invalid used blocks %d\n",
+            reinterpret_cast<uintptr_t>(pageOne), (16384 - 16) / 40 + 1)},
+      {reinterpret_cast<uint64_t*>(blocks[1]), first - 40,
+       text("Free Block %x , size 40, is out of range for page %x, size 16352\n", first - 40, pageAt)},
+      {reinterpret_cast<uint64_t*>(blocks[1]), first + 4,
+       text("Free Block %x , size 40, on page %x points into middle of block\n", first + 4, pageAt)},
   };
   EXPECT_TRUE(LcUMemory::CheckMemory());
   for (const Damage& d : damages) {
@@ -411,11 +489,11 @@ TEST_F(LcUMemoryTest, CheckMemoryReportsEachDamageOfARegion) {
     std::string log = Logged([&] { good = LcUMemory::CheckMemory(); });
     *d.field = kept;
     EXPECT_FALSE(good);
-    EXPECT_NE(log.find(d.expected), std::string::npos) << log;
+    EXPECT_EQ(log, d.expected);
     EXPECT_TRUE(LcUMemory::CheckMemory());
   }
-  LcUMemory::Free(blocks[0], 36, 4);
-  LcUMemory::Free(blocks[2], 36, 4);
+  for (size_t i = 0; i < blocks.size(); ++i)
+    if (i != 1) LcUMemory::Free(blocks[i], 36, 4);
 }
 
 // The compact forms give back exactly what they took, as they recompute it.

@@ -1,14 +1,26 @@
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
+
+#include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <cstring>
+#include <string>
+#include <thread>
 #include <vector>
 
 #include "../../ErrorTesting.h"
+#include "foundation/LcUAllocator.h"
+#include "foundation/LcUError.h"
 #include "foundation/LcUMemory.h"
+#include "foundation/LcUSysError.h"
 #include "foundation/LcUSysMemory.h"
+#include "foundation/LcUThread.h"
 
 using ErrorTesting::ChildChecks;
+using ErrorTesting::Logged;
+using ErrorTesting::LogText;
 
 // Every case fills the address space with reservations, so each runs in a
 // child; sanitizers keep shadow mappings that such a child would starve.
@@ -194,4 +206,147 @@ TEST(LcUMemoryOutOfMemoryTest, FailedReallocKeepsTheOldBlock) {
     checks.Expect(LcUMemory::GetArenaBytes() == arenaBytes && LcUMemory::GetMallocBytes() == 0, "counters stay");
     LcUMemory::Free(block, 100, 8);
   });
+}
+
+namespace {
+// Private writable memory beyond a little more than what is in use is
+// refused: making a reservation writable then fails, as a commit does when
+// the system has no memory to back it. Reservations themselves still work.
+void LimitData(uint64_t headroom) {
+  rlimit limit;
+  getrlimit(RLIMIT_DATA, &limit);
+  limit.rlim_cur = rlim_t(LcUSysMemory::GetProcessPrivateMemoryUsage() + headroom);
+  setrlimit(RLIMIT_DATA, &limit);
+}
+
+void UnlimitData() {
+  rlimit limit;
+  getrlimit(RLIMIT_DATA, &limit);
+  limit.rlim_cur = limit.rlim_max;
+  setrlimit(RLIMIT_DATA, &limit);
+}
+
+uint64_t ReservedBytes() {
+  uint64_t p, m, i, reserved, f, largest;
+  LcUSysMemory::GetAddressSpaceUsage(p, m, i, reserved, f, largest);
+  return reserved;
+}
+}  // namespace
+
+// A large block whose commit fails gives its reservation back before it
+// tries the heap; a heap block that cannot grow stays as it was.
+TEST(LcUMemoryOutOfMemoryTest, FailedCommitAndGrowthLeaveNothingBehind) {
+  InChild([](ChildChecks& checks) {
+    LcUMemory::Initialize();
+    const uint64_t large = uint64_t(16) << 20, heapSize = 100000;
+    auto* heap = static_cast<unsigned char*>(LcUMemory::Alloc(heapSize, 8, 0));
+    std::memset(heap, 0x6B, heapSize);
+    uint64_t mallocBytes = LcUMemory::GetMallocBytes();
+    uint64_t reserved = ReservedBytes();
+    LimitData(1 << 20);
+    void* direct = LcUSysMemory::ReserveCommitted(large);
+    void* block = LcUMemory::Alloc(large, 8, 0);
+    void* grown = LcUMemory::Realloc(heap, heapSize, uint64_t(6) << 20, 8);
+    UnlimitData();
+    checks.Expect(direct == nullptr && block == nullptr, "the commits fail");
+    checks.Expect(ReservedBytes() == reserved, "no reservation stays: " + std::to_string(ReservedBytes() - reserved));
+    checks.Expect(LcUMemory::GetRegionBytes() == 0, "no region bytes");
+    checks.Expect(grown == nullptr, "the heap block cannot grow");
+    checks.Expect(heap[0] == 0x6B && heap[heapSize / 2] == 0x6B && heap[heapSize - 1] == 0x6B, "its contents stay");
+    checks.Expect(LcUMemory::GetMallocBytes() == mallocBytes, "malloc bytes stay");
+    LcUMemory::Free(heap, heapSize, 8);
+    checks.Expect(LcUMemory::GetMallocBytes() == 0, "and it is given back whole");
+  });
+}
+
+namespace {
+std::string threadReport;
+int threadReportSeverity = -1;
+int TakeThreadReport(int severity, LcUComponent*, int32_t id, void*, const char16_t* message) {
+  threadReportSeverity = severity * 100 + id;
+  for (; *message; ++message) threadReport += char(*message);
+  return 1;
+}
+}  // namespace
+
+// With no address space left an aligned reservation fails to the caller,
+// without ending the process, and a thread cannot get its stack.
+TEST(LcUMemoryOutOfMemoryTest, ExhaustedSpaceFailsAlignedReservationsAndThreads) {
+  InChild([](ChildChecks& checks) {
+    static const int script[] = {0};
+    Start(script);
+    LcUThread::Initialize();
+    LcUSysError::SetHandler(LcUError::eERROR, &LcUThread::component, 0, TakeThreadReport);
+    hog->Fill();
+    std::string log = Logged([] {});
+    void* aligned = nullptr;
+    bool created = true;
+    int32_t countAfter = 0;
+    {
+      LcUThread thread;
+      log = Logged([&] {
+        aligned = LcUSysMemory::ReserveAligned(uint64_t(1) << 20, 0);
+        created = thread.Create([](void*) -> uint32_t { return 0; }, nullptr, 0);
+        countAfter = LcUThread::GetThreadCount();
+      });
+    }
+    hog->ReleaseAll();
+    checks.Expect(aligned == nullptr, "no aligned reservation");
+    checks.Expect(log.find("LcUSysMemory::Reserve: Failed to reserve size 2031616\n") != std::string::npos, log);
+    checks.Expect(log.find("ReserveAligned") == std::string::npos, "no retry was made: " + log);
+    checks.Expect(!created, "no thread");
+    checks.Expect(threadReport == "LcUThread::Create - Can't create thread" && threadReportSeverity == 0,
+                  "the report: " + threadReport + " " + std::to_string(threadReportSeverity));
+    checks.Expect(countAfter == 1, "the count is back to 1: " + std::to_string(countAfter));
+  });
+}
+
+namespace {
+std::atomic<bool> allocatedElsewhere{false};
+using Bytes = std::vector<char, LcUAllocator<char>>;
+
+// Runs at the fatal stop: the report is in the log and the allocator's lock
+// is free for another thread, within a bound.
+void CheckFatalStop() {
+  hog->ReleaseAll();
+  ChildChecks checks;
+  std::string log = LogText();
+  checks.Expect(log.find("LcUMemory: Out of memory for 3000000 bytes\n") != std::string::npos, log);
+  std::thread other([] {
+    LcUMemory::Free(LcUMemory::Alloc(24, 8, 0), 24, 8);
+    allocatedElsewhere = true;
+  });
+  auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+  while (!allocatedElsewhere && std::chrono::steady_clock::now() < deadline) std::this_thread::yield();
+  checks.Expect(allocatedElsewhere, "the allocator's lock is free at the fatal stop");
+  if (allocatedElsewhere)
+    other.join();
+  else
+    other.detach();
+  checks.Finish();
+}
+}  // namespace
+
+// A standard container's request that fails is reported and ends the
+// process the foundation's way, instead of throwing.
+TEST(LcUMemoryOutOfMemoryTest, ContainerAllocatorFailureIsFatal) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  GTEST_SKIP() << "the sanitizers' own mappings need the space this takes";
+#endif
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(
+      {
+        static const int script[] = {0};
+        Start(script);
+        LcUSysError::SetFatalHook(CheckFatalStop);
+        hog->Fill();
+        try {
+          Bytes bytes;
+          bytes.reserve(3000000);
+        } catch (...) {
+          std::fputs("threw\n", stderr);
+        }
+        std::_Exit(2);
+      },
+      testing::ExitedWithCode(0), "");
 }

@@ -1,5 +1,6 @@
 // LcUMemory against glibc's malloc, mimalloc and jemalloc on the same
-// workloads, in one run: churn of small and of medium blocks, strings grown
+// workloads, in one run: churn of small blocks (also at a steady state that
+// gives nothing back) and of medium blocks, strings grown
 // by appending, small churn on two threads at once, and the peak resident
 // memory of a fragmenting workload. Prints each case's ratio at the end.
 //
@@ -114,6 +115,28 @@ void RunChurn(benchmark::State& state, const Churn& churn) {
 template <class A>
 void SmallChurn(benchmark::State& state) {
   RunChurn<A>(state, smallChurn);
+}
+
+// Churn at a steady state: a ballast holds every arena's pages, and each
+// slot is replaced by a block of its own size, so no page ever empties and
+// only the path itself is timed, without giving memory back.
+template <class A>
+void SmallSteady(benchmark::State& state) {
+  std::vector<void*> ballast;
+  for (uint32_t size : smallChurn.sizes) ballast.push_back(A::Alloc(size));
+  std::vector<void*> blocks(smallChurn.live);
+  for (uint32_t slot = 0; slot < smallChurn.live; ++slot) blocks[slot] = A::Alloc(smallChurn.sizes[slot]);
+  for (auto _ : state)
+    for (uint32_t slot : smallChurn.slots) {
+      uint32_t size = smallChurn.sizes[slot];
+      A::Free(blocks[slot], size);
+      char* block = static_cast<char*>(A::Alloc(size));
+      block[0] = char(slot);
+      blocks[slot] = block;
+    }
+  for (uint32_t slot = 0; slot < smallChurn.live; ++slot) A::Free(blocks[slot], smallChurn.sizes[slot]);
+  for (size_t i = 0; i < ballast.size(); ++i) A::Free(ballast[i], smallChurn.sizes[i]);
+  state.SetItemsProcessed(int64_t(state.iterations() * smallChurn.slots.size()));
 }
 
 template <class A>
@@ -241,6 +264,7 @@ struct Contender {
   const char* name;
   bool present;
   void (*small)(benchmark::State&);
+  void (*smallSteady)(benchmark::State&);
   void (*medium)(benchmark::State&);
   void (*strings)(benchmark::State&);
   void (*fragment)();
@@ -248,7 +272,7 @@ struct Contender {
 
 template <class A>
 Contender Make(const char* name, bool present) {
-  return {name, present, &SmallChurn<A>, &MediumChurn<A>, &BuildStrings<A>, &Fragment<A>};
+  return {name, present, &SmallChurn<A>, &SmallSteady<A>, &MediumChurn<A>, &BuildStrings<A>, &Fragment<A>};
 }
 }  // namespace
 
@@ -268,6 +292,8 @@ int main(int argc, char** argv) {
   for (const Contender& c : contenders)
     if (c.present) benchmark::RegisterBenchmark((std::string(c.name) + "/small").c_str(), c.small);
   for (const Contender& c : contenders)
+    if (c.present) benchmark::RegisterBenchmark((std::string(c.name) + "/small_steady").c_str(), c.smallSteady);
+  for (const Contender& c : contenders)
     if (c.present) benchmark::RegisterBenchmark((std::string(c.name) + "/medium").c_str(), c.medium);
   for (const Contender& c : contenders)
     if (c.present) benchmark::RegisterBenchmark((std::string(c.name) + "/strings").c_str(), c.strings);
@@ -279,7 +305,7 @@ int main(int argc, char** argv) {
 
   BenchRatioReporter reporter("mimalloc", "items_per_second");
   benchmark::RunSpecifiedBenchmarks(&reporter);
-  const std::vector<std::string> cases = {"small", "medium", "strings", "small_two_threads/real_time/threads:2"};
+  const std::vector<std::string> cases = {"small", "small_steady", "medium", "strings", "small_two_threads/real_time/threads:2"};
   for (const char* peer : {"mimalloc", "glibc", "jemalloc"}) reporter.PrintRatios(peer, cases);
 
   std::printf("\npeak resident memory of the fragmenting workload, rise above the start (lower is better):\n");

@@ -45,6 +45,18 @@ public:
   // Windows rules: "*" and "?", no regard to case, ";" between patterns.
   static bool MatchesPattern(const char16_t* name, const char16_t* pattern);
 
+  // The same on UTF-8 paths. A path that doesn't convert gives false, or an
+  // empty out; a null one is passed on as null.
+  static bool IsAbsolute(const char* path);
+  static void Join(const char* a, const char* b, LcUString& out, bool forwardSlash = false);
+  static bool Resolve(const char* base, const char* relative, LcUString& out);
+  static bool MakeRelative(const char* base, const char* path, LcUString& out, bool forwardSlash = false);
+  static void Canonicalise(const char* path, LcUString& out);
+  static void Split(const char* path, LcUString* dirOut, LcUString* fileOut, LcUString* extOut);
+  static void GetDirectory(const char* path, LcUString* dirOut, LcUString* fileOut);
+  static void SetExtension(const char* path, const char* ext, LcUString& out);
+  static bool HasExtension(const char* path, const char* ext);
+
   // Files. Exists is true for anything but "not found".
   static bool Exists(const char16_t* path);
   static bool Exists(const char* path);

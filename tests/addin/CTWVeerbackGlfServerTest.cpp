@@ -96,6 +96,16 @@ TEST_F(AddInModule, ActivateRefusesBadSites) {
   EXPECT_EQ(E_NOINTERFACE, server->Activate(&notASite, VARIANT_TRUE));
   EXPECT_FALSE(LcOmTrackBackSender::IsListenerRunning());
   EXPECT_EQ(S_OK, server->Deactivate());
+  // A site whose application can't be read: its result comes back, the site
+  // stays held until Deactivate, and nothing listens.
+  TestHost host;
+  host.site.SetException(0x3001401, E_FAIL);
+  EXPECT_EQ(E_FAIL, server->Activate(&host.site, VARIANT_TRUE));
+  EXPECT_FALSE(LcOmTrackBackSender::IsListenerRunning());
+  EXPECT_EQ(2u, host.site.GetRefs());
+  EXPECT_EQ(1u, host.application.GetRefs());
+  EXPECT_EQ(S_OK, server->Deactivate());
+  EXPECT_EQ(1u, host.site.GetRefs());
   server->Release();
 }
 

@@ -15,6 +15,7 @@
 #include "TestProcess.h"
 #include "addin/LcGlfTrackBackReceiver.h"
 #include "environment/LcUResource.h"
+#include "foundation/LcUSysError.h"
 
 namespace {
 const char16_t* const kGearbox = u"C:\\Models\\Gearbox.gam";
@@ -94,8 +95,31 @@ protected:
     return lines;
   }
   std::vector<std::string> Send(const LcOmTrackBackRecord& record) {
+    const size_t logged = LogText().size();
     receiver->onTrackBack(record);
+    raised = LogText().substr(logged);
+    // Every path gives back each host object it was handed, the opened document included.
+    EXPECT_EQ("", Unbalanced());
     return Lines();
+  }
+
+  static std::string LogText() {
+    std::string text;
+    LcUSysError::ReplayLog([](const char* piece, void* target) { static_cast<std::string*>(target)->append(piece); },
+                           &text);
+    return text;
+  }
+
+  // Host objects whose count isn't back where it was: the test holds the application once.
+  std::string Unbalanced() const {
+    std::string text;
+    for (const auto& object : host->Objects()) {
+      const ULONG own = host->Find(application) == object.get() ? 1 : 0;
+      if (object->refs != own || object->overReleased)
+        text += object->Name() + " held " + std::to_string(object->refs) + " released too often " +
+                std::to_string(object->overReleased) + "; ";
+    }
+    return text;
   }
 
   static std::vector<std::string> Roles(const std::vector<std::string>& lines) {
@@ -117,6 +141,7 @@ protected:
   std::unique_ptr<LcGlfTrackBackReceiver> receiver;
   size_t consumed = 0;
   int starts = 0;
+  std::string raised;  // what the last Send logged
 };
 }  // namespace
 
@@ -145,6 +170,7 @@ TEST_F(Veerback, TheFailureTable) {
     const char* item;
     std::vector<const char*> present;
     std::vector<const char*> absent;
+    const char* raised = nullptr;  // the COM error that ended the handler
   };
   const Case cases[] = {
       {"window handle", "ApplicationMainWindow=0x80004005", kGearbox, nullptr, {}, {"ApplicationFileService"}},
@@ -163,16 +189,63 @@ TEST_F(Veerback, TheFailureTable) {
       // Raised, not returned: a null select set where the whole document is
       // to be selected, and the raising read of the transient factory.
       {"select set null, whole document", "DocumentSelectSet=null", kGearbox, nullptr, {"AssemblyDefinition()"},
-       {"SelectSetClear", "SelectSetSelect"}},
+       {"SelectSetClear", "SelectSetSelect"}, "0x80004003"},
       {"transient factory", "ApplicationTransientFactory=0x80004005", u"C:\\Models\\Pump.gam", nullptr,
-       {"ApplicationTransientFactory() -> 0x80004005"}, {"DocumentsOpen", "ApplicationModeFlag(-1)", "CameraApply"}},
+       {"ApplicationTransientFactory() -> 0x80004005"}, {"DocumentsOpen", "ApplicationModeFlag(-1)", "CameraApply"},
+       "0x80004005"},
+      {"documents again", "ApplicationDocuments@2=0x80004005", u"C:\\Models\\Pump.gam", nullptr,
+       {"OptionsValue(\"DesignViewRepresentation\""}, {"DocumentsOpen", "CameraApply"}, "0x80004005"},
+      // A read that succeeds with nothing ends the step just as a failure does.
+      {"active document fails", "ApplicationActiveDocument=0x80004005", kGearbox, "Housing:1", {"CameraApply"},
+       {"DocumentSelectSet", "SelectSetClear"}},
+      {"active document null", "ApplicationActiveDocument=null", kGearbox, "Housing:1", {"CameraApply"},
+       {"DocumentSelectSet", "SelectSetClear"}},
+      {"first view fails", "ViewsItem=0x80004005", kGearbox, nullptr, {"ApplicationModeFlag(0)", "DocumentsOpenWithOptions"},
+       {"ViewActivate"}},
+      {"first view null", "ViewsItem=null", kGearbox, nullptr, {"ApplicationModeFlag(0)", "DocumentsOpenWithOptions"},
+       {"ViewActivate"}},
+      {"occurrence fails", "OccurrencesItemByName=0x80004005", kGearbox, "Shaft:1|Bearing:2", {"SelectSetClear"},
+       {"OccurrenceDefinition", "SelectSetSelect"}},
+      {"occurrence null", "OccurrencesItemByName=null", kGearbox, "Shaft:1|Bearing:2", {"SelectSetClear"},
+       {"OccurrenceDefinition", "SelectSetSelect"}},
+      {"context fails", "OccurrenceContextFor=0x80004005", kGearbox, "Shaft:1|Bearing:2", {"OccurrenceContextFor("},
+       {"SelectSetSelect"}},
+      {"context null", "OccurrenceContextFor=null", kGearbox, "Shaft:1|Bearing:2", {"OccurrenceContextFor("},
+       {"SelectSetSelect"}},
+      // Of the up vector's writes only the y one goes unchecked.
+      {"up x", "UnitVectorX=0x80004005", kGearbox, nullptr, {"UnitVectorX("}, {"UnitVectorY", "CameraApply"}},
+      {"up y", "UnitVectorY=0x80004005", kGearbox, nullptr, {"UnitVectorZ(", "CameraApply"}, {}},
+      {"up z", "UnitVectorZ=0x80004005", kGearbox, nullptr, {"UnitVectorZ("}, {"CameraEye(Point", "CameraApply"}},
   };
   for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
     Start(c.failure[0] ? std::string("fail ") + c.failure + "\n" : "");
     std::vector<std::string> lines = Send(Record(c.document, c.item));
-    for (const char* text : c.present) EXPECT_TRUE(Has(lines, text)) << c.name << ": " << text;
-    for (const char* text : c.absent) EXPECT_FALSE(Has(lines, text)) << c.name << ": " << text;
+    for (const char* text : c.present) EXPECT_TRUE(Has(lines, text)) << text;
+    for (const char* text : c.absent) EXPECT_FALSE(Has(lines, text)) << text;
+    if (c.raised)
+      EXPECT_NE(std::string::npos, raised.find(std::string("COM error ") + c.raised + " raised")) << raised;
+    else
+      EXPECT_EQ(std::string::npos, raised.find("raised")) << raised;
   }
+}
+
+// These failures end the handler on the spot: the failed call is the host's last.
+TEST_F(Veerback, AFailedLookUpViewsOrDocumentsReadIsTheLastCall) {
+  const struct {
+    const char* role;
+    const char16_t* document;
+  } cases[] = {{"FileServiceEntries", kGearbox}, {"DocumentViews", kGearbox}, {"ApplicationDocuments", u"C:\\Models\\Pump.gam"}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.role);
+    Start(std::string("fail ") + c.role + "=0x80004005\n");
+    std::vector<std::string> lines = Send(Record(c.document, "Housing:1"));
+    ASSERT_FALSE(lines.empty());
+    EXPECT_EQ(std::string(c.role) + "() -> 0x80004005", lines.back());
+    EXPECT_EQ(1, std::count_if(lines.begin(), lines.end(), [&](const std::string& line) { return Has({line}, c.role); }));
+  }
+  // Failing at the documents, the mode flag stays cleared.
+  EXPECT_EQ(0, model->modeFlag);
 }
 
 TEST_F(Veerback, AMissingItemFileClearsAndSelectsNothing) {
@@ -212,20 +285,30 @@ TEST_F(Veerback, AnAssemblyOpensWithItsDesignViewAndLevelOfDetail) {
     const char* failure;
     bool withOptions;
     bool plainOpen;
+    const char* levelOfDetail;
+    const char* designView;
   };
   const Case cases[] = {
-      {"with options", "", true, false},
-      {"design view unreadable", "FileServiceDesignViewName=0x80004005", false, true},
-      {"open with options fails", "DocumentsOpenWithOptions=0x80004005", true, true},
+      {"with options", "", true, false, "\"Simplified\"", "\"Exploded\""},
+      {"design view unreadable", "FileServiceDesignViewName=0x80004005", false, true, "\"Simplified\"", "null"},
+      {"level of detail null", "FileServiceLevelOfDetailName=null", true, false, "null", "\"Exploded\""},
+      {"open with options fails", "DocumentsOpenWithOptions=0x80004005", true, true, "\"Simplified\"", "\"Exploded\""},
   };
   for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
     Start(c.failure[0] ? std::string("fail ") + c.failure + "\n" : "");
     std::vector<std::string> lines = Send(Record(u"C:\\Models\\PUMP.GAM", "Motor:1"));
     // The look-up takes the path as it stands; the rest a lower-case copy.
     EXPECT_TRUE(Has(lines, "EntriesItem(\"C:\\Models\\PUMP.GAM\")")) << c.name;
     EXPECT_TRUE(Has(lines, "FileServiceDesignViewName(\"c:\\models\\pump.gam\")")) << c.name;
-    EXPECT_TRUE(Has(lines, "OptionsValue(\"LevelOfDetailRepresentation\"")) << c.name;
-    EXPECT_TRUE(Has(lines, "OptionsValue(\"DesignViewRepresentation\"")) << c.name;
+    // Level of detail first, then design view, each whatever was read.
+    std::vector<std::string> options;
+    for (const std::string& line : lines)
+      if (line.rfind("OptionsValue(", 0) == 0) options.push_back(line.substr(0, line.find(')') + 1));
+    const std::vector<std::string> expected = {
+        std::string("OptionsValue(\"LevelOfDetailRepresentation\", ") + c.levelOfDetail + ")",
+        std::string("OptionsValue(\"DesignViewRepresentation\", ") + c.designView + ")"};
+    EXPECT_EQ(expected, options);
     EXPECT_EQ(c.withOptions, Has(lines, "DocumentsOpenWithOptions(\"c:\\models\\pump.gam\"")) << c.name;
     EXPECT_EQ(c.plainOpen, Has(lines, "DocumentsOpen(\"c:\\models\\pump.gam\", -1)")) << c.name;
     EXPECT_TRUE(Has(lines, "SelectSetSelect")) << c.name;
@@ -287,6 +370,21 @@ TEST_F(Veerback, ARotatedCameraReachesTheHostExactly) {
   ASSERT_GE(std::distance(y, roles.end()), std::ptrdiff_t(tail.size()));
   EXPECT_TRUE(std::equal(tail.begin(), tail.end(), y));
   EXPECT_TRUE(Has(roles, "CameraApply"));
+}
+
+// A view direction of zero length meets neither clip plane: the target is
+// then the near plane's point as it stood, the origin.
+TEST_F(Veerback, ALineOfSightThatMeetsNoClipPlane) {
+  Start();
+  LcOmTrackBackRecord record = Record(kGearbox);
+  record.camera.position = LcLPoint3f(1.0, 2.0, 3.0);
+  record.camera.rotation = LcLRotation(0.5, 0.5, 0.0, 0.0);  // takes (0, 0, -1) to nothing
+  std::vector<std::string> lines = Send(record);
+  const std::vector<std::string> target = {"PointX(0)", "PointY(0)", "PointZ(0)", "CameraTarget(Point#"};
+  auto put = std::find_if(lines.begin(), lines.end(), [](const std::string& l) { return l.rfind("CameraUpVector(UnitVector", 0) == 0; });
+  ASSERT_GE(std::distance(put, lines.end()), std::ptrdiff_t(target.size() + 1));
+  for (size_t i = 0; i < target.size(); ++i) EXPECT_EQ(0u, put[std::ptrdiff_t(i) + 1].rfind(target[i], 0)) << put[std::ptrdiff_t(i) + 1];
+  EXPECT_TRUE(Has(lines, "CameraApply"));
 }
 
 TEST_F(Veerback, ItemPathsOfOneTwoAndThreeNames) {

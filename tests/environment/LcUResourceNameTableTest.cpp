@@ -192,6 +192,7 @@ TEST_F(LcUResourceTables, SyntaxErrorIsReportedWithPathAndLine) {
   EXPECT_NE(reports()[0].find("Syntax error in " + Narrow(path) + " at line 2 : Expected '=' after internal name."),
             std::string::npos)
       << reports()[0];
+  EXPECT_EQ(severities()[0], int(LcUError::eERROR));
   EXPECT_EQ(Text("a"), "1") << "pairs read before the error stay";
   EXPECT_FALSE(LcUResource::LoadNameFile(In(u"missing.name").Get(), nullptr));
   EXPECT_EQ(reports().size(), 1u) << "a file that can't be opened is not reported";

@@ -214,3 +214,78 @@ TEST(LcUSysFilePath, FileNamesSearchPathsAndPatterns) {
     EXPECT_EQ(LcUSysFile::MatchesPattern(c.name, c.pattern), c.matches) << Text(c.name) << " ~ " << Text(c.pattern);
 }
 }  // namespace
+
+// The narrow forms answer as the wide ones on the same text, read as UTF-8;
+// text that isn't UTF-8 gives false or an empty result.
+TEST(LcUSysFilePath, NarrowFormsAnswerAsTheWideOnes) {
+  struct Case {
+    const char *a, *b;
+  };
+  const Case cases[] = {
+      {"C:\\M\xC3\xBCller\\x.Txt", "..\\y"}, {"/usr/lib/", "z.so"}, {"rel/a.b", "/c"},
+      {"\\\\host\\share", "d"},             {"", "txt"},           {"C:\\", nullptr},
+  };
+  for (const Case& c : cases) {
+    const std::string label = std::string(c.a) + " " + (c.b ? c.b : "null");
+    LcUString a, b, wide, narrow, wide2, narrow2, wide3, narrow3;
+    ASSERT_TRUE(LcUString::UTF8ToUTF16(c.a, -1, a));
+    if (c.b) {
+      ASSERT_TRUE(LcUString::UTF8ToUTF16(c.b, -1, b));
+    }
+    const char16_t* wideB = c.b ? b.Get() : nullptr;
+
+    EXPECT_EQ(LcUSysFile::IsAbsolute(a.Get()), LcUSysFile::IsAbsolute(c.a)) << label;
+    LcUSysFile::Join(a.Get(), wideB, wide, true);
+    LcUSysFile::Join(c.a, c.b, narrow, true);
+    EXPECT_EQ(Narrow(wide), Narrow(narrow)) << label;
+    EXPECT_EQ(LcUSysFile::Resolve(a.Get(), wideB, wide), LcUSysFile::Resolve(c.a, c.b, narrow)) << label;
+    EXPECT_EQ(Narrow(wide), Narrow(narrow)) << label;
+    EXPECT_EQ(LcUSysFile::MakeRelative(a.Get(), wideB, wide), LcUSysFile::MakeRelative(c.a, c.b, narrow)) << label;
+    EXPECT_EQ(Narrow(wide), Narrow(narrow)) << label;
+    LcUSysFile::Canonicalise(a.Get(), wide);
+    LcUSysFile::Canonicalise(c.a, narrow);
+    EXPECT_EQ(Narrow(wide), Narrow(narrow)) << label;
+    LcUSysFile::Split(a.Get(), &wide, &wide2, &wide3);
+    LcUSysFile::Split(c.a, &narrow, &narrow2, &narrow3);
+    EXPECT_EQ(Narrow(wide) + "|" + Narrow(wide2) + "|" + Narrow(wide3),
+              Narrow(narrow) + "|" + Narrow(narrow2) + "|" + Narrow(narrow3))
+        << label;
+    LcUSysFile::GetDirectory(a.Get(), &wide, &wide2);
+    LcUSysFile::GetDirectory(c.a, &narrow, &narrow2);
+    EXPECT_EQ(Narrow(wide) + "|" + Narrow(wide2), Narrow(narrow) + "|" + Narrow(narrow2)) << label;
+    LcUSysFile::SetExtension(a.Get(), c.b ? wideB : u"", wide);
+    LcUSysFile::SetExtension(c.a, c.b ? c.b : "", narrow);
+    EXPECT_EQ(Narrow(wide), Narrow(narrow)) << label;
+    EXPECT_EQ(LcUSysFile::HasExtension(a.Get(), wideB), LcUSysFile::HasExtension(c.a, c.b)) << label;
+  }
+  // Spot checks that the two sides did work, not merely agree.
+  LcUString out, dir, file, ext;
+  EXPECT_TRUE(LcUSysFile::Resolve("C:\\M\xC3\xBCller\\x.Txt", "..\\y", out));
+  EXPECT_EQ(u"C:\\M\u00FCller\\y", std::u16string(out.Get()));
+  LcUSysFile::Split("C:\\M\xC3\xBCller\\x.Txt", &dir, &file, &ext);
+  EXPECT_EQ(u"C:\\M\u00FCller|x|Txt", std::u16string(dir.Get()) + u"|" + file.Get() + u"|" + ext.Get());
+  EXPECT_TRUE(LcUSysFile::HasExtension("a.TXT", ".txt"));
+  EXPECT_TRUE(LcUSysFile::HasExtension("a", nullptr));
+
+  // Bytes that aren't UTF-8 name nothing.
+  const char* const bad = "C:\\\xFF\xFE";
+  out.Assign(u"stale");
+  dir.Assign(u"stale");
+  file.Assign(u"stale");
+  ext.Assign(u"stale");
+  EXPECT_FALSE(LcUSysFile::IsAbsolute(bad));
+  EXPECT_FALSE(LcUSysFile::HasExtension(bad, nullptr));
+  EXPECT_FALSE(LcUSysFile::Resolve(bad, "x", out));
+  EXPECT_TRUE(out.IsEmpty());
+  out.Assign(u"stale");
+  EXPECT_FALSE(LcUSysFile::MakeRelative("C:\\a", bad, out));
+  EXPECT_TRUE(out.IsEmpty());
+  out.Assign(u"stale");
+  LcUSysFile::Join("a", bad, out);
+  EXPECT_TRUE(out.IsEmpty());
+  out.Assign(u"stale");
+  LcUSysFile::SetExtension("a", bad, out);
+  EXPECT_TRUE(out.IsEmpty());
+  LcUSysFile::Split(bad, &dir, &file, &ext);
+  EXPECT_TRUE(dir.IsEmpty() && file.IsEmpty() && ext.IsEmpty());
+}

@@ -15,6 +15,7 @@ protected:
     TempFolderTest::SetUp();
     LcUResource::Initialize();
     reports().clear();
+    severities().clear();
     for (int severity : {int(LcUError::eERROR), int(LcUError::eWARNING)})
       LcUSysError::SetHandler(severity, &LcUResource::component, -1, Record);
   }
@@ -27,6 +28,11 @@ protected:
 
   static std::vector<std::string>& reports() {
     static std::vector<std::string> list;
+    return list;
+  }
+  // The severity of each report, in the same order.
+  static std::vector<int>& severities() {
+    static std::vector<int> list;
     return list;
   }
 
@@ -48,7 +54,8 @@ protected:
   }
 
 private:
-  static int Record(int, LcUComponent*, int32_t, void*, const char16_t* message) {
+  static int Record(int severity, LcUComponent*, int32_t, void*, const char16_t* message) {
+    severities().push_back(severity);
     reports().push_back(Narrow(LcUString(message)));
     return 1;
   }

@@ -48,7 +48,15 @@ TEST(LcNvCameraFraming, FitClipPlanes) {
       {"ratio, fixed near, clamped far", 0, kAhead, F, 3, C, 4, 0.9, 3, 4},
       {"ratio, fixed far", 0, kAhead, A, 0, F, 8, 0.9, 7.2, 8},
       {"ratio, both clamped, near already far enough", 0, kAhead, C, 9.5, C, 20, 0.9, 9.5, 10.01},
+      {"fixed far on the near depth halves near", 0, kAhead, A, 0, F, 5 * 0.999, 0.001, 5 * 0.999 * 0.5, 5 * 0.999},
+      {"ratio, fixed near", 0, kAhead, F, 3, A, 0, 0.9, 3, 3 / 0.9},
+      {"ratio, clamped near, fixed far", 0, kAhead, C, 7.5, F, 8, 0.9, 8 * 0.9, 8},
+      {"ratio, clamped near under the ratio, fixed far", 0, kAhead, C, 7, F, 8, 0.9, 7, 8},
+      {"ratio, clamped near beyond the pulled-in depth", 0, kAhead, C, 9.5, A, 0, 0.9, 10.01 * 0.9, 10.01},
+      {"ratio, both clamped, near too close", 0, kAhead, C, 3, C, 6, 0.9, 4.995, 6},
       {"orthographic", 1, kAhead, A, 0, A, 0, 0.001, 4.995, 10.01},
+      {"orthographic, clamping has no say", 1, kAhead, C, 7, C, 8, 0.001, 4.995, 10.01},
+      {"orthographic flat through the eye", 1, LcLBox3f(LcLPoint3f(-1, -1, 1), LcLPoint3f(1, 1, 1)), A, 0, A, 0, 0.001, -1, 1},
       {"orthographic may clip behind", 1, LcLBox3f(LcLPoint3f(-1, -1, 0), LcLPoint3f(1, 1, 2)), A, 0, A, 0, 0.001, -1.001, 1.001},
       {"orthographic fixed near beyond", 1, kAhead, F, 20, A, 0, 0.001, 20, 21},
       {"orthographic fixed far before", 1, kAhead, A, 0, F, 3, 0.001, 2, 3},
@@ -109,6 +117,10 @@ TEST(LcNvCameraFraming, ZoomToBox) {
   LcLRandom random;
   for (int i = 0; i < 40; ++i) {
     LcNvCamera camera = RandomCamera(random, i % 2);
+    if (i % 4 >= 2) {  // an offset view frames the box just the same
+      camera.horizontalOffset = 0.2;
+      camera.verticalOffset = -0.1;
+    }
     LcLPoint3f centre = camera.position + camera.ViewDirection() * random.Uniform(5, 50) + random.Vector(5);
     LcLVector3f half(random.Uniform(0.1, 4), random.Uniform(0.1, 4), random.Uniform(0.1, 4));
     LcLBox3f box(centre - half, centre + half);
@@ -165,4 +177,60 @@ TEST(LcNvCameraFraming, BadNumbersNeverCrash) {
       }
     }
   }
+}
+
+// What bad numbers come out as: the validity tests let NaN through into the
+// arithmetic, and only the comparisons that NaN fails stop anything.
+TEST(LcNvCameraFraming, BadNumbersGiveTheseValues) {
+  struct Case {
+    const char* name;
+    int projection;
+    double LcNvCamera::*field;
+    double value;
+    bool valid;
+    double top, right;  // NaN where the frustum side is NaN
+  } cases[] = {
+      {"NaN aspect", 0, &LcNvCamera::aspect, NAN, true, std::tan(0.785398 * 0.5), NAN},
+      {"NaN height", 0, &LcNvCamera::height, NAN, true, NAN, NAN},
+      {"NaN far", 0, &LcNvCamera::farDistance, NAN, true, std::tan(0.785398 * 0.5), std::tan(0.785398 * 0.5)},
+      // inf × an offset of 0 is NaN.
+      {"infinite height, orthographic", 1, &LcNvCamera::height, INFINITY, true, NAN, NAN},
+      {"near at minus infinity", 0, &LcNvCamera::nearDistance, -INFINITY, false, 0, 0},
+      {"near at minus infinity, orthographic", 1, &LcNvCamera::nearDistance, -INFINITY, true, 0.785398 * 0.5,
+       0.785398 * 0.5},
+      {"infinite far", 0, &LcNvCamera::farDistance, INFINITY, true, std::tan(0.785398 * 0.5), std::tan(0.785398 * 0.5)},
+      {"infinite near", 0, &LcNvCamera::nearDistance, INFINITY, false, 0, 0},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    LcNvCamera camera;
+    camera.projection = c.projection;
+    camera.*c.field = c.value;
+    double left = 0, right = 0, bottom = 0, top = 0;
+    EXPECT_EQ(c.valid, camera.GetFrustum(left, right, bottom, top));
+    for (const auto& side : {std::make_pair(c.top, top), std::make_pair(-c.top, bottom), std::make_pair(c.right, right),
+                             std::make_pair(-c.right, left)}) {
+      if (std::isnan(side.first))
+        EXPECT_TRUE(std::isnan(side.second)) << side.second;
+      else
+        EXPECT_EQ(side.first, side.second);
+    }
+  }
+
+  // A box with a NaN corner isn't empty. Looking down z, only the near corner
+  // takes the NaN (NaN × 0); the clamped near then keeps its own value.
+  const LcLBox3f bad(LcLPoint3f(NAN, 0, -5), LcLPoint3f(1, 1, -4));
+  LcNvCamera clipped;
+  clipped.FitClipPlanes(bad, C, 2, C, 100, 0.001);
+  EXPECT_EQ(2.0, clipped.nearDistance);
+  EXPECT_NEAR(6 * 1.001, clipped.farDistance, 1e-12);
+  // Its centre and size are NaN, neither positive nor zero: the camera stays.
+  LcNvCamera zoomed;
+  zoomed.ZoomToBox(bad);
+  EXPECT_EQ(LcNvCamera().position, zoomed.position);
+  EXPECT_EQ(LcNvCamera().height, zoomed.height);
+  // A NaN point is never the position, so the view direction takes the NaN.
+  LcNvCamera looking;
+  looking.LookAt(LcLPoint3f(NAN, 0, 0));
+  EXPECT_TRUE(std::isnan(looking.ViewDirection().x));
 }

@@ -46,6 +46,23 @@ TEST(LcNvCameraMotion, LookAtKeepingOffsetPutsThePointAtTheOffsetCentre) {
     // The offset view's centre is the middle of the screen.
     EXPECT_VEC_NEAR(LcLPoint2f(0.5, 0.5), camera.ScreenBounds(LcLBox3f(point, point)).min, 1e-12);
   }
+  // A quarter turn about the line of sight, offset sideways.
+  LcNvCamera turned;
+  turned.position = LcLPoint3f();
+  turned.rotation = LcLRotation(LcLVector3f(0, 0, 1), kPi / 2);
+  turned.horizontalOffset = 0.1;
+  LcNvCamera level = turned;
+  level.LookAtKeepingOffset(LcLPoint3f(3, 0, 0));  // depth 0: nothing happens
+  EXPECT_EQ(turned.rotation, level.rotation);
+  // Behind the eye: the turn is taken back first, so the roll comes out the
+  // other way round, and the point lies on the offset centre's line, behind.
+  LcLPoint3f behind(0.2, 0.1, 5);
+  LcNvCamera back = turned;
+  back.LookAtKeepingOffset(behind);
+  EXPECT_NEAR(-1.0, turned.UpVector().x, 1e-12);
+  EXPECT_GT(back.UpVector().x, 0.99);
+  EXPECT_LT(back.Depth(behind), 0.0);
+  EXPECT_VEC_NEAR(LcLPoint2f(0.5, 0.5), back.ScreenBounds(LcLBox3f(behind, behind)).min, 1e-12);
 }
 
 TEST(LcNvCameraMotion, UpVectorAndFrame) {

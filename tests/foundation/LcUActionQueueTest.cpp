@@ -72,6 +72,14 @@ protected:
   void TearDown() override { LcUActionQueue::Terminate(); }
 };
 
+// Lets other threads run for a span of wall time. A count of yields would
+// do on an idle machine but takes minutes on a busy one, where each yield
+// may wait out another process's time slice.
+void LetOthersRun(std::chrono::milliseconds span) {
+  auto until = std::chrono::steady_clock::now() + span;
+  while (std::chrono::steady_clock::now() < until) std::this_thread::yield();
+}
+
 // Spins until a probe is refused: Stop has set refusing by then.
 void WaitUntilRefusing(LcUActionQueue& queue, Tally& tally, int probeId) {
   for (;;) {
@@ -161,7 +169,7 @@ TEST_F(LcUActionQueueTest, RefuseReleasesABlockedAdd) {
       added = queue.AddAction(blocked);
     });
     while (!calling) std::this_thread::yield();
-    for (int i = 0; i < 1000 * (trial + 1); ++i) std::this_thread::yield();
+    LetOthersRun(std::chrono::milliseconds(trial + 1));
     queue.Refuse();
     producer.join();
     EXPECT_EQ(queue.GetSize(), added ? 2 : 1);
@@ -191,7 +199,7 @@ struct Waiter {
           done = true;
         }) {
     while (!calling) std::this_thread::yield();
-    for (int i = 0; i < 20000; ++i) std::this_thread::yield();
+    LetOthersRun(std::chrono::milliseconds(20));
   }
   std::atomic<bool> calling{false}, done{false};
   std::thread thread;
@@ -281,7 +289,7 @@ TEST_F(LcUActionQueueTest, PauseLeavesNoActionRunning) {
     queue.Pause();
     int executed = tally.executed, size = queue.GetSize();
     EXPECT_EQ(tally.running, 0);
-    for (int i = 0; i < 100; ++i) std::this_thread::yield();
+    LetOthersRun(std::chrono::milliseconds(1));
     EXPECT_EQ(tally.executed, executed);
     EXPECT_EQ(queue.GetSize(), size);
     queue.Resume();

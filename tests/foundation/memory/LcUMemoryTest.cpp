@@ -381,6 +381,14 @@ TEST_F(LcUMemoryTest, DeletableGoesBackToTheArenaOfItsSize) {
   EXPECT_EQ(LcUMemory::GetArenaUsedBlocks(sizeof(Sized)), 0u);
 }
 
+#ifdef __SANITIZE_ADDRESS__
+// A heap request that can't be met comes back null under the sanitizer too,
+// as the try-only paths expect of the platform heap.
+extern "C" const char* __asan_default_options() {
+  return "allocator_may_return_null=1";
+}
+#endif
+
 // The message shows the size's low 32 bits as a signed number.
 TEST(LcUMemoryDeathTest, SizesAboveTheLimitAreFatal) {
   LcUMemory::Initialize();

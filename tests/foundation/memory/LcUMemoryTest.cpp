@@ -381,10 +381,15 @@ TEST_F(LcUMemoryTest, DeletableGoesBackToTheArenaOfItsSize) {
   EXPECT_EQ(LcUMemory::GetArenaUsedBlocks(sizeof(Sized)), 0u);
 }
 
+// A heap request that can't be met comes back null under the sanitizers
+// too, as the try-only paths expect of the platform heap.
 #ifdef __SANITIZE_ADDRESS__
-// A heap request that can't be met comes back null under the sanitizer too,
-// as the try-only paths expect of the platform heap.
 extern "C" const char* __asan_default_options() {
+  return "allocator_may_return_null=1";
+}
+#endif
+#ifdef __SANITIZE_THREAD__
+extern "C" const char* __tsan_default_options() {
   return "allocator_may_return_null=1";
 }
 #endif

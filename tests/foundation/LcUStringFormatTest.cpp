@@ -7,28 +7,9 @@
 #include "StringTesting.h"
 #include "foundation/LcUString.h"
 
-namespace {
-
-// Switches LC_NUMERIC to a locale with a decimal comma when one is installed.
-class CommaLocale {
-public:
-  CommaLocale() {
-    const char* current = std::setlocale(LC_NUMERIC, nullptr);
-    saved_ = current ? current : "C";
-    for (const char* name : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "German_Germany.1252", "de-DE"})
-      if (std::setlocale(LC_NUMERIC, name)) {
-        active_ = true;
-        break;
-      }
-  }
-  ~CommaLocale() { std::setlocale(LC_NUMERIC, saved_.c_str()); }
-  bool active() const { return active_; }
-
-private:
-  std::string saved_;
-  bool active_ = false;
-};
-}  // namespace
+// Locales with a decimal comma, where one is installed.
+const std::initializer_list<const char*> kCommaLocales = {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8",
+                                                          "German_Germany.1252", "de-DE"};
 
 TEST(LcUStringFormat, NarrowAndWideConversions) {
   LcUStringA a;
@@ -113,14 +94,14 @@ TEST(LcUStringFormat, FormatFixed) {
 }
 
 TEST(LcUStringFormat, FormatFloatCUsesAFullStopOnEveryLocale) {
-  CommaLocale comma;
+  ScopedLocale comma(LC_NUMERIC, kCommaLocales);
   LcUStringA a;
   a.FormatFloatC(2.5, 3, 8);
   EXPECT_EQ("   2.500", Text(a));
   LcUString w;
   w.FormatFloatC(-0.25, 1, 0);
   EXPECT_EQ(u"-0.2", Text(w).substr(0, 4));
-  if (comma.active()) {
+  if (comma.active) {
     a.Format("%.1f", 2.5);
     EXPECT_EQ("2,5", Text(a));  // the locale itself is back
   }
@@ -167,13 +148,13 @@ TEST(LcUStringNumbers, ToDoubleAndToDoubleC) {
   EXPECT_DOUBLE_EQ(-1000, d);
 
   // ToDoubleC reads with a full stop and accepts trailing garbage.
-  CommaLocale comma;
+  ScopedLocale comma(LC_NUMERIC, kCommaLocales);
   EXPECT_TRUE(LcUString::ToDoubleC(u"1.75mm", d));
   EXPECT_DOUBLE_EQ(1.75, d);
   EXPECT_TRUE(LcUStringA::ToDoubleC("  3.5", d));
   EXPECT_DOUBLE_EQ(3.5, d);
   EXPECT_FALSE(LcUStringA::ToDoubleC("x", d));
-  if (comma.active()) {
+  if (comma.active) {
     EXPECT_TRUE(LcUStringA::ToDouble("1,5", d));  // ToDouble follows the locale
     EXPECT_DOUBLE_EQ(1.5, d);
   }

@@ -270,33 +270,13 @@ TEST(LcUString, FilterControlKeepsTabsAndNewlines) {
   EXPECT_TRUE(a.IsNull());
 }
 
-namespace {
 // The case tables are the locale's: the environment switches a process
 // still in "C" to the user's locale, which for these tests is a UTF-8 one.
-class UserLocale {
-public:
-  UserLocale() {
-    const char* current = std::setlocale(LC_CTYPE, nullptr);
-    saved = current ? current : "C";
-    for (const char* name : {"C.UTF-8", "en_US.UTF-8", ""}) {
-      const char* set = std::setlocale(LC_CTYPE, name);
-      if (set && std::string(set) != "C" && std::string(set) != "POSIX") {
-        active = true;
-        break;
-      }
-    }
-  }
-  ~UserLocale() { std::setlocale(LC_CTYPE, saved.c_str()); }
-  bool active = false;
-
-private:
-  std::string saved;
-};
-}  // namespace
+const std::initializer_list<const char*> kUserLocales = {"C.UTF-8", "en_US.UTF-8", ""};
 
 // Wide case goes unit by unit through the whole UTF-16 range, not just ASCII.
 TEST(LcUString, CaseConversionBeyondAscii) {
-  UserLocale locale;
+  ScopedLocale locale(LC_CTYPE, kUserLocales);
   if (!locale.active) GTEST_SKIP() << "no locale with case tables beyond ASCII";
   struct Case {
     const char16_t *mixed, *upper, *lower;
@@ -341,7 +321,7 @@ TEST(LcUString, CaseConversionBeyondAscii) {
 // narrow code page is a single-byte one, those bytes are letters of it.
 #ifndef _WIN32
 TEST(LcUString, NarrowCaseLeavesUtf8SequencesWhole) {
-  UserLocale locale;
+  ScopedLocale locale(LC_CTYPE, kUserLocales);
   LcUStringA s("caf\xc3\xa9 \xce\xa3x");
   s.ToUpper();
   EXPECT_EQ("CAF\xc3\xa9 \xce\xa3X", Text(s));

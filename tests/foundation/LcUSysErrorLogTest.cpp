@@ -92,23 +92,39 @@ TEST(LcUSysErrorLog, NullTextLogsAPlaceholder) {
   EXPECT_TRUE(EndsWith(LogText(), "(null)"));
 }
 
-TEST(LcUSysErrorLog, ConsoleEchoesTheLogAndTheChain) {
-  LcUSysError::Log("before the console\n");
-  testing::internal::CaptureStdout();
-  LcUSysError::SetConsole(true);
-  LcUSysError::Log("console marker\n");
-  LcUComponent record{};
-  LcUSysError::RegisterComponent(&record, "Echoed");
-  LcUSysError::UnregisterComponent(&record);
-  LcUSysError::SetConsole(false);
-  LcUSysError::Log("after the console\n");
-  std::string shown = testing::internal::GetCapturedStdout();
-  EXPECT_NE(std::string::npos, shown.find("before the console\n")) << "opening replays the log";
-  EXPECT_NE(std::string::npos, shown.find("console marker\nInit: EchoedTerm: Echoed"));
-  EXPECT_EQ(std::string::npos, shown.find("after the console"));
-  LcUSysError::RegisterComponent(&record, "Quiet");
-  LcUSysError::UnregisterComponent(&record);
-  EXPECT_EQ(std::string::npos, LogText().find("Init: Quiet")) << "chain lines only with the console on";
+// The console replays the log only the first time it opens in a process.
+TEST(LcUSysErrorLogDeathTest, ConsoleEchoesTheLogAndTheChain) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(
+      {
+        ChildChecks checks;
+        LcUSysError::Log("before the console\n");
+        testing::internal::CaptureStdout();
+        LcUSysError::SetConsole(true);
+        LcUSysError::Log("console marker\n");
+        LcUComponent record{};
+        LcUSysError::RegisterComponent(&record, "Echoed");
+        LcUSysError::UnregisterComponent(&record);
+        LcUSysError::SetConsole(false);
+        LcUSysError::Log("after the console\n");
+        std::string shown = testing::internal::GetCapturedStdout();
+        checks.Expect(shown.find("before the console\n") != std::string::npos, "opening replays the log");
+        checks.Expect(shown.find("console marker\nInit: EchoedTerm: Echoed") != std::string::npos,
+                      "the chain is echoed while the console is on");
+        checks.Expect(shown.find("after the console") == std::string::npos, "nothing after it is closed");
+
+        // Opened again: no second replay.
+        testing::internal::CaptureStdout();
+        LcUSysError::SetConsole(true);
+        LcUSysError::SetConsole(false);
+        checks.Expect(testing::internal::GetCapturedStdout().empty(), "the replay happens once");
+
+        LcUSysError::RegisterComponent(&record, "Quiet");
+        LcUSysError::UnregisterComponent(&record);
+        checks.Expect(LogText().find("Init: Quiet") == std::string::npos, "chain lines only with the console on");
+        checks.Finish();
+      },
+      testing::ExitedWithCode(0), "");
 }
 
 TEST_F(LogFileTest, FolderGivesAFileNamedAfterTheRun) {

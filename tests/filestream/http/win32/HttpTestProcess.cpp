@@ -11,8 +11,13 @@ bool HttpTestProcess::Start(const std::vector<std::string>& arguments) {
   PROCESS_INFORMATION info = {};
   if (!CreateProcessA(nullptr, &command[0], nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &info))
     return false;
-  CloseHandle(info.hThread);
-  CloseHandle(info.hProcess);
+  // A Linux program runs outside Wine's process table: no process handle
+  // comes back, and hThread then holds a stale value that may name one of
+  // this process's own handles, such as a worker thread's.
+  if (info.hProcess) {
+    CloseHandle(info.hThread);
+    CloseHandle(info.hProcess);
+  }
   return true;
 }
 
